@@ -1,0 +1,17 @@
+#pragma once
+// UtilityGeometry: plane and space geometry for CAD. Including this header gives every public
+// class and function of the library and of its companion libraries.
+
+#include "basics/companion/KvBtArchive.h"
+#include "basics/companion/KvBtCompare.h"
+#include "basics/companion/KvBtObject.h"
+#include "basics/companion/KvBtSimpleArray.h"
+#include "basics/companion/KvBtString.h"
+#include "basics/companion/KvTlPermVector.h"
+#include "basics/general/UtilityGeneral.h"
+
+#include "basics/KvBtArray.h"
+#include "basics/KvGeTolerance.h"
+#include "basics/KvMath.h"
+
+#include "geometry/algebra/KvGeVector.h"

@@ -1,0 +1,318 @@
+#pragma once
+// The growable arrays behind every collection class of the library.
+//
+// KvBtArray<TYPE, ARG_TYPE> holds size elements in storage for capacity elements. Growing by
+// SetSize uses the step growBy, or when growBy is 0 one eighth of the size, at least 4 and at
+// most 1024 elements: adding one by one gives the capacities 1, 5, 9, 13, ... Elements are
+// relocated bitwise (a memory move, no copy constructor) when the storage grows and when
+// elements are inserted or removed, so TYPE must not point into itself; every element type of
+// the library is relocatable that way.
+//
+// Out-of-range indices do not fail: reads and writes fall back on the last element. On an
+// empty array a read gives a default element and a reference refers to a scratch element
+// (reset to the default on every such access), so no access touches storage that is not there.
+//
+// KvBtDynArray<TYPE> adds element-wise equality, cyclic access (index taken modulo the size,
+// so -1 is the last element), deep copying and the cyclic reordering NewFirstElement.
+
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+#include "basics/companion/KvBtCompare.h"
+
+template <class TYPE, class ARG_TYPE>
+class KvBtArray {
+ public:
+  KvBtArray() = default;
+  KvBtArray(const KvBtArray& other) { Copy(other); }
+  KvBtArray(KvBtArray&& other) noexcept { Steal(other); }
+  KvBtArray& operator=(const KvBtArray& other) {
+    Copy(other);
+    return *this;
+  }
+  KvBtArray& operator=(KvBtArray&& other) noexcept {
+    if (this != &other) {
+      Release();
+      Steal(other);
+    }
+    return *this;
+  }
+  virtual ~KvBtArray() { Release(); }
+
+  int GetSize() const { return m_nSize; }
+  int GetUpperBound() const { return m_nSize - 1; }
+  int GetCapacity() const { return m_nMaxSize; }
+  int IsEmpty() const { return m_nSize == 0 ? 1 : 0; }
+
+  void SetSize(int newSize, int growBy = -1);
+  void FreeExtra();
+  void RemoveAll() { SetSize(0); }
+
+  TYPE GetAt(int i) const { return m_nSize == 0 ? TYPE() : m_pData[Clamp(i)]; }
+  TYPE operator[](int i) const { return GetAt(i); }
+  TYPE& ElementAt(int i) { return m_nSize == 0 ? Scratch() : m_pData[Clamp(i)]; }
+  const TYPE& ElementAt(int i) const { return m_nSize == 0 ? Scratch() : m_pData[Clamp(i)]; }
+  TYPE& operator[](int i) { return ElementAt(i); }
+  void SetAt(int i, ARG_TYPE value) { ElementAt(i) = value; }
+
+  const TYPE* GetData() const { return m_pData; }
+  TYPE* GetData() { return m_pData; }
+  const TYPE* begin() const { return m_pData; }
+  const TYPE* end() const { return m_pData + m_nSize; }
+  TYPE* begin() { return m_pData; }
+  TYPE* end() { return m_pData + m_nSize; }
+
+  void SetAtGrow(int i, ARG_TYPE value);
+  int Add(ARG_TYPE value) {
+    const int i = m_nSize;
+    SetAtGrow(i, value);
+    return i;
+  }
+  int Append(const KvBtArray& other);
+  void Copy(const KvBtArray& other);
+  void InsertAt(int i, ARG_TYPE value, int count = 1);
+  void InsertAt(int i, const KvBtArray* other);
+  void RemoveAt(int i, int count = 1);
+
+ protected:
+  int Clamp(int i) const { return (i < 0 || i >= m_nSize) ? m_nSize - 1 : i; }
+  static TYPE& Scratch() {
+    thread_local TYPE scratch;
+    scratch = TYPE();
+    return scratch;
+  }
+
+  TYPE* m_pData = nullptr;
+  int m_nSize = 0;
+  int m_nMaxSize = 0;
+  int m_nGrowBy = 0;
+
+ private:
+  // Storage comes from malloc so that growing can be a realloc: the relocation is bitwise
+  // anyway, and a large block is then remapped instead of copied. Exhaustion is reported as
+  // operator new reports it.
+  static TYPE* Reallocate(TYPE* data, int n) {
+    void* p = std::realloc(static_cast<void*>(data), sizeof(TYPE) * static_cast<std::size_t>(n));
+    if (p == nullptr) throw std::bad_alloc();
+    return static_cast<TYPE*>(p);
+  }
+  static void Relocate(TYPE* to, const TYPE* from, int n) {
+    if (n > 0)
+      std::memmove(static_cast<void*>(to), static_cast<const void*>(from), sizeof(TYPE) * static_cast<std::size_t>(n));
+  }
+  static void Construct(TYPE* p, int n) {
+    for (int k = 0; k < n; ++k) ::new (static_cast<void*>(p + k)) TYPE();
+  }
+  static void Destroy(TYPE* p, int n) {
+    for (int k = 0; k < n; ++k) p[k].~TYPE();
+  }
+  void Release() {
+    Destroy(m_pData, m_nSize);
+    std::free(static_cast<void*>(m_pData));
+    m_pData = nullptr;
+    m_nSize = m_nMaxSize = 0;
+  }
+  void Steal(KvBtArray& other) {
+    m_pData = other.m_pData;
+    m_nSize = other.m_nSize;
+    m_nMaxSize = other.m_nMaxSize;
+    m_nGrowBy = other.m_nGrowBy;
+    other.m_pData = nullptr;
+    other.m_nSize = other.m_nMaxSize = 0;
+  }
+};
+
+template <class TYPE, class ARG_TYPE>
+void KvBtArray<TYPE, ARG_TYPE>::SetSize(int newSize, int growBy) {
+  if (newSize < 0) newSize = 0;
+  if (growBy != -1) m_nGrowBy = growBy;
+
+  if (newSize == 0) {
+    Release();
+  } else if (m_pData == nullptr) {
+    m_pData = Reallocate(nullptr, newSize);
+    Construct(m_pData, newSize);
+    m_nSize = m_nMaxSize = newSize;
+  } else if (newSize <= m_nMaxSize) {
+    if (newSize > m_nSize)
+      Construct(m_pData + m_nSize, newSize - m_nSize);
+    else
+      Destroy(m_pData + newSize, m_nSize - newSize);
+    m_nSize = newSize;
+  } else {
+    long long step = m_nGrowBy;
+    if (step == 0) {
+      step = m_nSize / 8;
+      if (step < 4) step = 4;
+      if (step > 1024) step = 1024;
+    }
+    long long capacity = static_cast<long long>(m_nMaxSize) + step;
+    if (capacity < newSize) capacity = newSize;
+    if (capacity < m_nMaxSize) capacity = m_nMaxSize;
+    if (capacity > INT_MAX) capacity = INT_MAX;
+    m_pData = Reallocate(m_pData, static_cast<int>(capacity));
+    Construct(m_pData + m_nSize, newSize - m_nSize);
+    m_nSize = newSize;
+    m_nMaxSize = static_cast<int>(capacity);
+  }
+}
+
+template <class TYPE, class ARG_TYPE>
+void KvBtArray<TYPE, ARG_TYPE>::FreeExtra() {
+  if (m_nSize == m_nMaxSize || m_nSize == 0) return;
+  m_pData = Reallocate(m_pData, m_nSize);
+  m_nMaxSize = m_nSize;
+}
+
+template <class TYPE, class ARG_TYPE>
+void KvBtArray<TYPE, ARG_TYPE>::SetAtGrow(int i, ARG_TYPE value) {
+  if (i < 0) return;
+  if (i >= m_nSize) {
+    if (i == INT_MAX) return;
+    // value may refer into this array; keep a copy across the reallocation.
+    const TYPE keep(value);
+    SetSize(i + 1);
+    m_pData[i] = keep;
+    return;
+  }
+  m_pData[i] = value;
+}
+
+template <class TYPE, class ARG_TYPE>
+int KvBtArray<TYPE, ARG_TYPE>::Append(const KvBtArray& other) {
+  const int first = m_nSize;
+  if (&other == this || other.m_nSize == 0) return first;
+  if (static_cast<long long>(m_nSize) + other.m_nSize > INT_MAX) return first;
+  SetSize(m_nSize + other.m_nSize);
+  for (int k = 0; k < other.m_nSize; ++k) m_pData[first + k] = other.m_pData[k];
+  return first;
+}
+
+template <class TYPE, class ARG_TYPE>
+void KvBtArray<TYPE, ARG_TYPE>::Copy(const KvBtArray& other) {
+  if (&other == this) return;
+  SetSize(other.m_nSize);
+  for (int k = 0; k < other.m_nSize; ++k) m_pData[k] = other.m_pData[k];
+}
+
+template <class TYPE, class ARG_TYPE>
+void KvBtArray<TYPE, ARG_TYPE>::InsertAt(int i, ARG_TYPE value, int count) {
+  if (i < 0 || count <= 0) return;
+  if (static_cast<long long>(i < m_nSize ? m_nSize : i) + count > INT_MAX) return;
+  const TYPE keep(value);
+  if (i < m_nSize) {
+    const int oldSize = m_nSize;
+    SetSize(m_nSize + count);
+    Destroy(m_pData + oldSize, count);
+    Relocate(m_pData + i + count, m_pData + i, oldSize - i);
+    Construct(m_pData + i, count);
+  } else {
+    SetSize(i + count);
+  }
+  for (int k = 0; k < count; ++k) m_pData[i + k] = keep;
+}
+
+template <class TYPE, class ARG_TYPE>
+void KvBtArray<TYPE, ARG_TYPE>::InsertAt(int i, const KvBtArray* other) {
+  if (other == nullptr || other->m_nSize == 0 || i < 0) return;
+  if (other == this) {
+    const KvBtArray copy(*this);
+    InsertAt(i, &copy);
+    return;
+  }
+  InsertAt(i, other->m_pData[0], other->m_nSize);
+  for (int k = 1; k < other->m_nSize; ++k) m_pData[i + k] = other->m_pData[k];
+}
+
+template <class TYPE, class ARG_TYPE>
+void KvBtArray<TYPE, ARG_TYPE>::RemoveAt(int i, int count) {
+  if (i < 0 || count < 0 || i >= m_nSize) return;
+  if (count > m_nSize - i) count = m_nSize - i;
+  Destroy(m_pData + i, count);
+  Relocate(m_pData + i, m_pData + i + count, m_nSize - i - count);
+  m_nSize -= count;
+}
+
+template <class TYPE>
+class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
+  using Base = KvBtArray<TYPE, TYPE>;
+
+ public:
+  KvBtDynArray() = default;
+  KvBtDynArray(const KvBtDynArray&) = default;
+  KvBtDynArray(KvBtDynArray&&) noexcept = default;
+  KvBtDynArray& operator=(const KvBtDynArray&) = default;
+  KvBtDynArray& operator=(KvBtDynArray&&) noexcept = default;
+  ~KvBtDynArray() override = default;
+
+  // 1 when other is this array, or has the same size and every pair of elements is equal
+  // under TYPE's operator== (point arrays so compare with the point tolerance).
+  int operator==(const KvBtDynArray& other) const {
+    if (&other == this) return 1;
+    if (other.m_nSize != this->m_nSize) return 0;
+    for (int k = 0; k < this->m_nSize; ++k)
+      if (!(this->m_pData[k] == other.m_pData[k])) return 0;
+    return 1;
+  }
+  int operator!=(const KvBtDynArray& other) const { return (*this == other) ? 0 : 1; }
+
+  // The cyclic index mod(i, size); 0 for an empty array.
+  int Index(int i) const { return mod(i, this->m_nSize); }
+  TYPE& Element(int i) { return this->m_nSize == 0 ? Base::Scratch() : this->m_pData[Index(i)]; }
+  const TYPE& Element(int i) const { return this->m_nSize == 0 ? Base::Scratch() : this->m_pData[Index(i)]; }
+  TYPE& operator()(int i) { return Element(i); }
+  const TYPE& operator()(int i) const { return Element(i); }
+
+  // Size of other, then each element deep-copied from the element at the same index: by the
+  // element's own DeepCopy where it has one (arrays of arrays), by assignment otherwise.
+  void DeepCopy(const KvBtDynArray& other) {
+    if (&other == this) return;
+    this->SetSize(other.m_nSize);
+    for (int k = 0; k < other.m_nSize; ++k) DeepCopyElement(this->m_pData[k], other.m_pData[k]);
+  }
+
+  // Reorders cyclically so that the element at index comes first; the order is kept when
+  // reverse is 0 and reversed otherwise: element k becomes the old element index + k (or
+  // index - k), taken modulo the size.
+  void NewFirstElement(int index, int reverse) {
+    const int n = this->m_nSize;
+    if (n == 0) return;
+    KvBtDynArray copy;
+    copy.DeepCopy(*this);
+    for (int k = 0; k < n; ++k) {
+      const long long src = reverse ? static_cast<long long>(index) - k : static_cast<long long>(index) + k;
+      DeepCopyElement(this->m_pData[k], copy.m_pData[mod(static_cast<int>(src % n), n)]);
+    }
+  }
+
+ private:
+  template <class T, class = void>
+  struct HasDeepCopy : std::false_type {};
+  template <class T>
+  struct HasDeepCopy<T, std::void_t<decltype(std::declval<T&>().DeepCopy(std::declval<const T&>()))>> : std::true_type {
+  };
+
+  static void DeepCopyElement(TYPE& to, const TYPE& from) {
+    if (&to == &from) return;
+    if constexpr (HasDeepCopy<TYPE>::value)
+      to.DeepCopy(from);
+    else
+      to = from;
+  }
+};
+
+// A short array for small element counts; the same interface as KvBtArray.
+template <class TYPE>
+class KvBtSmallArray : public KvBtArray<TYPE, const TYPE&> {
+ public:
+  KvBtSmallArray() = default;
+  KvBtSmallArray(const KvBtSmallArray&) = default;
+  KvBtSmallArray(KvBtSmallArray&&) noexcept = default;
+  KvBtSmallArray& operator=(const KvBtSmallArray&) = default;
+  KvBtSmallArray& operator=(KvBtSmallArray&&) noexcept = default;
+  ~KvBtSmallArray() override = default;
+};

@@ -1,0 +1,4 @@
+#include "basics/companion/KvBtObject.h"
+
+KvBtObject::~KvBtObject() = default;
+void KvBtObject::Serialize(KvBtArchive&) {}

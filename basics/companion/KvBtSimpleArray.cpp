@@ -1,0 +1,4 @@
+#include "basics/companion/KvBtSimpleArray.h"
+
+KvBtRealArray::~KvBtRealArray() = default;
+KvBtIntegerArray::~KvBtIntegerArray() = default;

@@ -1,0 +1,95 @@
+#pragma once
+// A permutation of indices 0 .. n - 1 that orders a separate array without moving its items.
+// Sort() orders the entries in place with a comparison object cmp(a, b) on two entries
+// (negative, 0 or positive as item a sorts before, with or after item b): a quicksort that,
+// for ranges of more than 8 entries, swaps the middle entry to the front as pivot and
+// partitions around it, and finishes shorter ranges with an exchange sort. It is not stable.
+// The scans are bounded by the range, so even an inconsistent comparison cannot make the sort
+// read outside the permutation or fail to end.
+
+#include <vector>
+
+#include "basics/companion/UtilityBasicsClassExport.h"
+
+class KVBT_API KvTlPermVector {
+ public:
+  KvTlPermVector() = default;
+  explicit KvTlPermVector(int n) { SetSize(n); }
+  KvTlPermVector(const KvTlPermVector&) = default;
+  KvTlPermVector& operator=(const KvTlPermVector&) = default;
+  virtual ~KvTlPermVector();
+
+  int GetSize() const { return static_cast<int>(m_Perm.size()); }
+  // Resizes; the capacity is kept when shrinking, so a reused permutation does not reallocate.
+  // Entries added by growing hold their own position.
+  void SetSize(int n);
+  // 0, 1, 2, ... n - 1.
+  void SetIdentity();
+  // Entry i; an index out of range gives the last entry, and -1 on an empty permutation.
+  int GetAt(int i) const;
+  int operator[](int i) const { return GetAt(i); }
+  // Writes entry i; an index out of range is ignored.
+  void SetAt(int i, int value);
+  void Swap(int i, int j);
+  const int* GetData() const { return m_Perm.data(); }
+
+  template <class Compare>
+  void Sort(const Compare& cmp);
+
+ private:
+  std::vector<int> m_Perm;
+};
+
+template <class Compare>
+void KvTlPermVector::Sort(const Compare& cmp) {
+  int* a = m_Perm.data();
+  int lo = 0;
+  int hi = GetSize() - 1;
+  // Explicit stack: the smaller side is pushed, the larger one is looped on, so the depth is
+  // at most log2(n).
+  int stack[2 * 64];
+  int top = 0;
+  for (;;) {
+    while (hi - lo + 1 > 8) {
+      const int mid = lo + (hi - lo) / 2;
+      int t = a[lo];
+      a[lo] = a[mid];
+      a[mid] = t;
+      const int pivot = a[lo];
+      int i = lo;
+      int j = hi + 1;
+      for (;;) {
+        do ++i;
+        while (i <= hi && cmp(a[i], pivot) < 0);
+        do --j;
+        while (j > lo && cmp(pivot, a[j]) < 0);
+        if (i >= j) break;
+        t = a[i];
+        a[i] = a[j];
+        a[j] = t;
+      }
+      a[lo] = a[j];
+      a[j] = pivot;
+      if (j - lo < hi - j) {
+        stack[top++] = j + 1;
+        stack[top++] = hi;
+        hi = j - 1;
+      } else {
+        stack[top++] = lo;
+        stack[top++] = j - 1;
+        lo = j + 1;
+      }
+    }
+    // Exchange sort of the short range: each entry is swapped down past larger ones.
+    for (int k = lo + 1; k <= hi; ++k) {
+      for (int m = k; m > lo && cmp(a[m], a[m - 1]) < 0; --m) {
+        const int t = a[m];
+        a[m] = a[m - 1];
+        a[m - 1] = t;
+      }
+    }
+    if (top == 0) break;
+    hi = stack[--top];
+    lo = stack[--top];
+  }
+}

@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# The test job: formatting check, unit tests with g++ (warnings are errors), the installed
+# package used from a separate consumer project, and the unit tests again under
+# AddressSanitizer and UndefinedBehaviorSanitizer with clang. Exits non-zero on any failure.
+set -euo pipefail
+root="$(cd "$(dirname "$0")/.." && pwd)"
+cd "$root"
+bash scripts/deps.sh
+jobs=2
+
+echo "== Formatting"
+git ls-files '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
+
+echo "== g++: build and unit tests"
+CXX=g++ cmake -S . -B build/gcc -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DUG_WARNINGS_AS_ERRORS=ON >/dev/null
+cmake --build build/gcc -j "$jobs"
+ctest --test-dir build/gcc --output-on-failure -j "$jobs"
+
+echo "== Installed package from a consumer project"
+rm -rf build/test-install build/test-consumer
+cmake --install build/gcc --prefix "$root/build/test-install" >/dev/null
+cmake -S examples/consumer -B build/test-consumer -G Ninja -DCMAKE_PREFIX_PATH="$root/build/test-install" >/dev/null
+cmake --build build/test-consumer -j "$jobs"
+./build/test-consumer/ug_demo >/dev/null
+echo "consumer built against the installed package and ran"
+
+echo "== clang with AddressSanitizer and UndefinedBehaviorSanitizer"
+CXX=clang++ cmake -S . -B build/asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DUG_SANITIZE=ON \
+  -DUG_WARNINGS_AS_ERRORS=ON -DUG_BUILD_BENCH=OFF >/dev/null
+cmake --build build/asan -j "$jobs"
+ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+  ctest --test-dir build/asan --output-on-failure -j "$jobs"
