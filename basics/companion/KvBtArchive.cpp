@@ -10,6 +10,12 @@
 
 KvBtArchive::KvBtArchive(std::ostream& out) : m_pOut(&out) {}
 KvBtArchive::KvBtArchive(std::istream& in) : m_pIn(&in) {}
+KvBtArchive::KvBtArchive(std::iostream& io, Mode mode) {
+  if (mode == kStore)
+    m_pOut = &io;
+  else
+    m_pIn = &io;
+}
 KvBtArchive::~KvBtArchive() = default;
 
 void KvBtArchive::WriteBytes(const unsigned char* bytes, std::size_t n) {

@@ -24,6 +24,9 @@ class KVBT_API KvBtArchive {
  public:
   explicit KvBtArchive(std::ostream& out);
   explicit KvBtArchive(std::istream& in);
+  // A stream that can do both is given its direction explicitly.
+  enum Mode { kStore, kLoad };
+  KvBtArchive(std::iostream& io, Mode mode);
   KvBtArchive(const KvBtArchive&) = delete;
   KvBtArchive& operator=(const KvBtArchive&) = delete;
   virtual ~KvBtArchive();

@@ -40,12 +40,12 @@ int main() {
   std::printf("Archive (length-prefixed strings, little-endian words):\n");
   std::stringstream stream;
   {
-    KvBtArchive out(stream);
+    KvBtArchive out(stream, KvBtArchive::kStore);
     out << static_cast<std::uint16_t>(1) << KvBtString("   c8001");
   }
   std::uint16_t version = 0;
   KvBtString text;
-  KvBtArchive in(stream);
+  KvBtArchive in(stream, KvBtArchive::kLoad);
   in >> version >> text;
   std::printf("  read back version %u and \"%s\"; failed: %d\n", version, text.c_str(), in.IsFailed());
   std::uint16_t more = 7;

@@ -1,0 +1,92 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+#include "basics/companion/KvBtSimpleArray.h"
+#include "basics/companion/KvBtString.h"
+#include "basics/companion/KvTlPermVector.h"
+
+TEST(String, SlicesClampTheirArguments) {
+  const KvBtString s("abcdef");
+  struct Row {
+    KvBtString got;
+    const char* want;
+  };
+  const Row rows[] = {
+      {s.Left(2), "ab"},    {s.Left(-1), ""},        {s.Left(99), "abcdef"}, {s.Mid(4), "ef"},
+      {s.Mid(-3, 2), "ab"}, {s.Mid(5, 99), "f"},     {s.Mid(9), ""},         {s.Mid(2, -1), ""},
+      {s.Right(2), "ef"},   {s.Right(99), "abcdef"}, {s.Right(-2), ""},
+  };
+  for (const Row& r : rows) EXPECT_STREQ(r.got.c_str(), r.want);
+  EXPECT_EQ(s.GetAt(6), '\0');
+  EXPECT_EQ(KvBtString(nullptr).GetLength(), 0);
+  EXPECT_TRUE(KvBtString("ab", 1) == KvBtString("a"));
+  EXPECT_TRUE(KvBtString("a\0b", 3) != KvBtString("a"));
+}
+
+TEST(SimpleArray, OutOfRangeFallsBackOnTheLastElement) {
+  KvBtRealArray a;
+  EXPECT_EQ(a.GetAt(0), 0.0);  // empty: a default value
+  a[3] = 5.0;                  // empty: the write lands in a scratch element
+  EXPECT_EQ(a.GetSize(), 0);
+  EXPECT_EQ(a[0], 0.0);
+  a.Add(1.0);
+  a.Add(2.0);
+  EXPECT_EQ(a.GetAt(-1), 2.0);
+  EXPECT_EQ(a.GetAt(7), 2.0);
+  a.SetAt(9, 4.0);
+  EXPECT_EQ(a.GetAt(1), 4.0);
+  a.InsertAt(4, 9.0);
+  EXPECT_EQ(a.GetSize(), 5);
+  EXPECT_EQ(a.GetAt(2), 0.0);
+  a.RemoveAt(1, 100);
+  EXPECT_EQ(a.GetSize(), 1);
+  EXPECT_EQ(a.Append(a), 1);
+  KvBtIntegerArray ints;
+  ints.InsertAt(-1, 3);
+  EXPECT_EQ(ints.GetSize(), 0);
+}
+
+TEST(PermVector, SortsIndirectlyAndAgreesWithStdSort) {
+  std::mt19937 rng(7);
+  for (int n : {0, 1, 2, 8, 9, 17, 100, 1000}) {
+    SCOPED_TRACE(n);
+    std::vector<int> keys(static_cast<std::size_t>(n));
+    for (int& k : keys) k = static_cast<int>(rng() % 50);  // many ties
+    KvTlPermVector p(n);
+    p.SetIdentity();
+    p.Sort([&](int a, int b) { return keys[a] < keys[b] ? -1 : (keys[a] > keys[b] ? 1 : 0); });
+    std::vector<int> sorted, entries;
+    for (int i = 0; i < n; ++i) sorted.push_back(keys[p[i]]), entries.push_back(p[i]);
+    EXPECT_TRUE(std::is_sorted(sorted.begin(), sorted.end()));
+    std::sort(entries.begin(), entries.end());
+    for (int i = 0; i < n; ++i) EXPECT_EQ(entries[i], i);  // still a permutation
+  }
+}
+
+TEST(PermVector, InconsistentComparisonEndsAndKeepsAPermutation) {
+  std::mt19937 rng(3);
+  KvTlPermVector p(300);
+  p.Sort([&](int, int) { return static_cast<int>(rng() % 3) - 1; });
+  std::vector<int> entries(p.GetData(), p.GetData() + p.GetSize());
+  std::sort(entries.begin(), entries.end());
+  for (int i = 0; i < 300; ++i) EXPECT_EQ(entries[i], i);
+}
+
+TEST(PermVector, AbsorbedIndices) {
+  KvTlPermVector p;
+  EXPECT_EQ(p.GetAt(0), -1);
+  p.SetSize(3);
+  EXPECT_EQ(p[2], 2);
+  EXPECT_EQ(p[5], 2);
+  EXPECT_EQ(p[-1], 2);
+  p.SetAt(7, 0);
+  p.Swap(0, 9);
+  EXPECT_EQ(p[0], 0);
+  p.Swap(0, 2);
+  EXPECT_EQ(p[0], 2);
+  p.SetIdentity();
+  EXPECT_EQ(p[0], 0);
+}

@@ -1,0 +1,189 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "basics/KvBtArray.h"
+
+namespace {
+// Counts live objects, so that element lifetimes can be checked across growth, insertion and
+// removal.
+struct Counted {
+  static int live;
+  int value;
+  Counted(int v = -1) : value(v) { ++live; }  // NOLINT: implicit for brevity in tables
+  Counted(const Counted& o) : value(o.value) { ++live; }
+  Counted& operator=(const Counted&) = default;
+  ~Counted() { --live; }
+  bool operator==(const Counted& o) const { return value == o.value; }
+};
+int Counted::live = 0;
+
+using Array = KvBtDynArray<Counted>;
+
+std::vector<int> Values(const Array& a) {
+  std::vector<int> v;
+  for (int i = 0; i < a.GetSize(); ++i) v.push_back(a.GetAt(i).value);
+  return v;
+}
+
+Array Make(std::initializer_list<int> values) {
+  Array a;
+  for (int v : values) a.Add(v);
+  return a;
+}
+}  // namespace
+
+TEST(Array, GrowthSequence) {
+  KvBtArray<int, int> a;
+  std::vector<int> capacities;
+  for (int i = 0; i < 60; ++i) {
+    a.Add(i);
+    if (capacities.empty() || capacities.back() != a.GetCapacity()) capacities.push_back(a.GetCapacity());
+  }
+  // Steps of 4 while size / 8 is below 4, then size / 8.
+  const std::vector<int> expected = {1, 5, 9, 13, 17, 21, 25, 29, 33, 37, 41, 46, 51, 57, 64};
+  EXPECT_EQ(capacities, expected);
+
+  KvBtArray<int, int> b;
+  b.SetSize(5, 10);
+  b.SetSize(6);
+  EXPECT_EQ(b.GetCapacity(), 15);
+  // A fixed step is kept for later growth; a negative size counts as 0.
+  b.SetSize(16);
+  EXPECT_EQ(b.GetCapacity(), 25);
+  b.SetSize(-3);
+  EXPECT_EQ(b.GetSize(), 0);
+  EXPECT_EQ(b.GetData(), nullptr);
+  // With many elements the automatic step is capped at 1024.
+  KvBtArray<char, char> c;
+  c.SetSize(20000);
+  c.SetSize(20001);
+  EXPECT_EQ(c.GetCapacity(), 21024);
+}
+
+TEST(Array, InsertAndRemove) {
+  {
+    Array a = Make({0, 1, 2, 3, 4});
+    a.RemoveAt(2, 100);
+    EXPECT_EQ(Values(a), (std::vector<int>{0, 1}));
+    a.RemoveAt(-1);
+    a.RemoveAt(5);
+    a.RemoveAt(0, -1);
+    EXPECT_EQ(Values(a), (std::vector<int>{0, 1}));
+  }
+  {
+    Array a = Make({0, 1, 2, 3, 4});
+    a.InsertAt(7, Counted(9), 2);
+    EXPECT_EQ(Values(a), (std::vector<int>{0, 1, 2, 3, 4, -1, -1, 9, 9}));
+    a.InsertAt(1, Counted(8), 2);
+    EXPECT_EQ(Values(a), (std::vector<int>{0, 8, 8, 1, 2, 3, 4, -1, -1, 9, 9}));
+    a.InsertAt(-1, Counted(5));
+    a.InsertAt(0, Counted(5), 0);
+    EXPECT_EQ(a.GetSize(), 11);
+    // Inserting an element of the array itself, across a reallocation.
+    Array b = Make({1, 2, 3, 4, 5});
+    b.FreeExtra();
+    b.InsertAt(0, b[4], 3);
+    EXPECT_EQ(Values(b), (std::vector<int>{5, 5, 5, 1, 2, 3, 4, 5}));
+    b.SetAtGrow(9, b[0]);
+    EXPECT_EQ(b.GetAt(9).value, 5);
+    b.InsertAt(2, &b);
+    EXPECT_EQ(b.GetSize(), 20);
+    EXPECT_EQ(b.GetAt(2).value, 5);
+    EXPECT_EQ(b.GetAt(10).value, -1);
+    EXPECT_EQ(b.GetAt(11).value, 5);
+  }
+  EXPECT_EQ(Counted::live, 0);
+}
+
+TEST(Array, OutOfRangeAccessIsAbsorbed) {
+  Array a = Make({10, 20, 30});
+  EXPECT_EQ(a.GetAt(10).value, 30);
+  EXPECT_EQ(a.GetAt(-1).value, 30);
+  a.SetAt(5, Counted(33));
+  EXPECT_EQ(Values(a), (std::vector<int>{10, 20, 33}));
+  a.ElementAt(-7).value = 34;
+  EXPECT_EQ(a[2].value, 34);
+  // Cyclic access of the dynamic array.
+  EXPECT_EQ(a.Element(-1).value, 34);
+  EXPECT_EQ(a.Element(3).value, 10);
+  EXPECT_EQ(a(-4).value, 34);
+  EXPECT_EQ(a.Index(-1), 2);
+
+  Array empty;
+  EXPECT_EQ(empty.GetAt(0).value, -1);
+  empty[0].value = 99;  // lands in the scratch element
+  empty.Element(5).value = 98;
+  EXPECT_EQ(empty.GetSize(), 0);
+  EXPECT_EQ(empty.ElementAt(0).value, -1);
+  EXPECT_EQ(empty.Index(3), 0);
+}
+
+TEST(Array, CopyAppendAndFreeExtra) {
+  Array a = Make({1, 2, 3});
+  EXPECT_EQ(a.Append(a), 3);
+  EXPECT_EQ(Values(a), (std::vector<int>{1, 2, 3}));
+  Array b = Make({7});
+  EXPECT_EQ(b.Append(a), 1);
+  EXPECT_EQ(Values(b), (std::vector<int>{7, 1, 2, 3}));
+  b.Copy(b);
+  EXPECT_EQ(Values(b), (std::vector<int>{7, 1, 2, 3}));
+  b.Copy(a);
+  EXPECT_EQ(Values(b), Values(a));
+  EXPECT_TRUE(a == b);
+  b[1].value = 0;
+  EXPECT_TRUE(a != b);
+  EXPECT_TRUE(a == a);
+  EXPECT_TRUE(Make({1, 2}) != Make({1, 2, 3}));
+
+  Array c = Make({1, 2, 3, 4, 5, 6});
+  c.RemoveAt(0, 6);
+  c.FreeExtra();
+  EXPECT_EQ(c.GetCapacity(), 9);  // an empty array keeps its storage
+  c = Make({1, 2, 3, 4, 5, 6});
+  c.RemoveAt(0, 2);
+  c.FreeExtra();
+  EXPECT_EQ(c.GetCapacity(), 4);
+  c.RemoveAll();
+  EXPECT_EQ(c.GetCapacity(), 0);
+
+  Array moved(std::move(b));
+  EXPECT_EQ(moved.GetSize(), 3);
+  EXPECT_EQ(b.GetSize(), 0);
+  EXPECT_EQ(Counted::live, 6);  // a and moved; nothing leaked or destroyed twice
+}
+
+TEST(Array, NewFirstElement) {
+  const Array abcd = Make({0, 1, 2, 3});
+  struct Row {
+    int index, reverse;
+    std::vector<int> want;
+  };
+  const Row rows[] = {
+      {2, 0, {2, 3, 0, 1}},  {2, 1, {2, 1, 0, 3}}, {0, 1, {0, 3, 2, 1}},
+      {-1, 0, {3, 0, 1, 2}}, {6, 0, {2, 3, 0, 1}}, {-2147483647 - 1, 1, {0, 3, 2, 1}},
+  };
+  for (const Row& r : rows) {
+    SCOPED_TRACE(testing::Message() << r.index << "," << r.reverse);
+    Array a(abcd);
+    a.NewFirstElement(r.index, r.reverse);
+    EXPECT_EQ(Values(a), r.want);
+  }
+  Array empty;
+  empty.NewFirstElement(3, 1);
+  EXPECT_EQ(empty.GetSize(), 0);
+}
+
+TEST(Array, DeepCopyUsesTheElementsOwnDeepCopy) {
+  KvBtDynArray<Array> outer;
+  outer.Add(Make({1, 2}));
+  outer.Add(Make({3}));
+  KvBtDynArray<Array> copy;
+  copy.DeepCopy(outer);
+  ASSERT_EQ(copy.GetSize(), 2);
+  EXPECT_EQ(Values(copy[1]), (std::vector<int>{3}));
+  copy[0][0].value = 42;
+  EXPECT_EQ(outer[0][0].value, 1);
+  outer.NewFirstElement(1, 0);
+  EXPECT_EQ(Values(outer[0]), (std::vector<int>{3}));
+}

@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include "geometry/algebra/KvGeVector.h"
+
+namespace {
+// Builds a vector of any size from its first components; the rest are 0.
+template <class V>
+V Make(double a, double b = 0, double c = 0, double d = 0) {
+  const double all[4] = {a, b, c, d};
+  V v;
+  for (unsigned i = 0; i < v.Dim(); ++i) v(i) = all[i];
+  return v;
+}
+}  // namespace
+
+template <class V>
+class VectorFamily : public testing::Test {};
+using VectorTypes = testing::Types<KvGeVector2, KvGeVector3, KvGeVector4>;
+TYPED_TEST_SUITE(VectorFamily, VectorTypes);
+
+TYPED_TEST(VectorFamily, EqualityUsesTheSquaredDistanceBand) {
+  using V = TypeParam;
+  const V o;
+  EXPECT_TRUE(o == Make<V>(0.0009));
+  EXPECT_FALSE(o == Make<V>(0.0011));
+  EXPECT_TRUE(o != Make<V>(0.0011));
+  // The band is on the distance, not per component: 0.0008 in two components is 0.00113 apart.
+  EXPECT_FALSE(o == Make<V>(0.0008, 0.0008));
+  EXPECT_TRUE(o == Make<V>(0.0007, 0.0007));
+  EXPECT_EQ(o.IsEqualTo(Make<V>(0.3, 0.4), 0.5), 1);
+  EXPECT_EQ(o.IsEqualTo(Make<V>(0.3, 0.4), 0.49), 0);
+  EXPECT_EQ(o.IsEqualTo(Make<V>(1e-12), 0.0), 0);
+  EXPECT_EQ(Make<V>(0.0006, 0.0008).IsZeroLength(), 1);
+  EXPECT_EQ(Make<V>(0.0006, 0.0009).IsZeroLength(), 0);
+  EXPECT_EQ(Make<V>(0.6, 0.8009).IsUnitLength(), 1);
+  EXPECT_EQ(Make<V>(0.6, 0.802).IsUnitLength(), 0);
+}
+
+TYPED_TEST(VectorFamily, DivisionByExactlyZeroLeavesTheVector) {
+  using V = TypeParam;
+  V v = Make<V>(1, 2, 3, 4);
+  EXPECT_TRUE((v / 0.0) == v);
+  v /= 0.0;
+  EXPECT_EQ(v(1), 2.0);
+  v /= 2.0;
+  EXPECT_EQ(v(1), 1.0);
+}
+
+TYPED_TEST(VectorFamily, NormalizeNeedsMoreThanTheLinearTolerance) {
+  using V = TypeParam;
+  V shortOne = Make<V>(0.0005);
+  EXPECT_EQ(shortOne.Normalize(), 0);
+  EXPECT_EQ(shortOne(0), 0.0005);
+  V atBand = Make<V>(0.001);
+  EXPECT_EQ(atBand.Normalize(), 0);  // length equal to the tolerance counts as zero
+  V longer = Make<V>(0.002);
+  EXPECT_EQ(longer.Normalize(), 1);
+  EXPECT_NEAR(longer(0), 1.0, 1e-15);
+  EXPECT_TRUE(Make<V>(0.0005).Normalized() == Make<V>(0.0005));
+  const V n = Make<V>(3, -4).Normalized();
+  EXPECT_NEAR(n(0), 0.6, 1e-15);
+  EXPECT_NEAR(n(1), -0.8, 1e-15);
+}
+
+TYPED_TEST(VectorFamily, BadIndexReadsZeroAndWritesNowhere) {
+  using V = TypeParam;
+  V v = Make<V>(1, 2, 3, 4);
+  const V before = v;
+  const unsigned n = v.Dim();
+  v.Element(n) = 99.0;
+  v(n + 5) = 98.0;
+  for (unsigned i = 0; i < n; ++i) EXPECT_EQ(v(i), before(i));
+  const V& cv = v;
+  EXPECT_EQ(cv.Element(n), 0.0);
+  EXPECT_EQ(cv(1000), 0.0);
+}
+
+TYPED_TEST(VectorFamily, ArithmeticAndNorms) {
+  using V = TypeParam;
+  const V a = Make<V>(1, -2, 3, -4);
+  const V b = Make<V>(-1, 5, 3, 0);
+  const unsigned n = a.Dim();
+  const V sum = a + b, diff = a - b, lo = a & b, hi = a | b, neg = -a, scaled = 2.0 * a;
+  double dot = 0, n1 = 0, ninf = 0, sqr = 0;
+  for (unsigned i = 0; i < n; ++i) {
+    EXPECT_EQ(sum(i), a(i) + b(i));
+    EXPECT_EQ(diff(i), a(i) - b(i));
+    EXPECT_EQ(lo(i), std::min(a(i), b(i)));
+    EXPECT_EQ(hi(i), std::max(a(i), b(i)));
+    EXPECT_EQ(neg(i), -a(i));
+    EXPECT_EQ(scaled(i), 2 * a(i));
+    dot += a(i) * b(i);
+    n1 += std::fabs(a(i));
+    ninf = std::max(ninf, std::fabs(a(i)));
+    sqr += a(i) * a(i);
+  }
+  EXPECT_EQ(a * b, dot);
+  EXPECT_EQ(a.Norm1(), n1);
+  EXPECT_EQ(a.NormInfinity(), ninf);
+  EXPECT_EQ(a.LengthSqr(), sqr);
+  EXPECT_NEAR(a.Length(), std::sqrt(sqr), 1e-15);
+  EXPECT_EQ(a.Norm2(), a.Length());
+  V c = a;
+  EXPECT_TRUE((c += b) == sum);
+  EXPECT_TRUE((c -= b) == a);
+  EXPECT_TRUE((c &= b) == lo);
+  EXPECT_TRUE(c.Set(7.0) == V(7.0));
+  EXPECT_TRUE(c.Negate() == V(-7.0));
+}
+
+TEST(Vector, FamilyMembers) {
+  EXPECT_TRUE(Normal(KvGeVector2(1, 0)) == KvGeVector2(0, 1));
+  EXPECT_TRUE(Normal(KvGeVector2(2, 3)) == KvGeVector2(-3, 2));
+  EXPECT_EQ(Determinate(KvGeVector2(1, 2), KvGeVector2(3, 4)), -2.0);
+  EXPECT_TRUE(Normal(KvGeVector3(1, 0, 0), KvGeVector3(0, 1, 0)) == KvGeVector3(0, 0, 1));
+  EXPECT_TRUE(Normal(KvGeVector3(0, 1, 0), KvGeVector3(1, 0, 0)) == KvGeVector3(0, 0, -1));
+
+  const KvGeVector3 v(1, 2, 3);
+  const KvGeVector2 sub[] = {v.SubVector2(0), v.SubVector2(1), v.SubVector2(2), v.SubVector2(3), v.SubVector2(99)};
+  const KvGeVector2 want[] = {{2, 3}, {1, 3}, {1, 2}, {1, 2}, {1, 2}};
+  for (int k = 0; k < 5; ++k) EXPECT_TRUE(sub[k] == want[k]) << k;
+  KvGeVector3 w(1, 2, 3);
+  EXPECT_TRUE(w.SetSubVector2(KvGeVector2(8, 9), 1) == KvGeVector3(8, 2, 9));
+  EXPECT_TRUE(w.SetSubVector2(KvGeVector2(5, 6), 7) == KvGeVector3(5, 6, 9));
+
+  const KvGeVector4 q(1, 2, 3, 4);
+  EXPECT_TRUE(q.SubVector3(0) == KvGeVector3(2, 3, 4));
+  EXPECT_TRUE(q.SubVector3(2) == KvGeVector3(1, 2, 4));
+  EXPECT_TRUE(q.SubVector3(4) == KvGeVector3(1, 2, 3));
+  KvGeVector4 r(1, 2, 3, 4);
+  EXPECT_TRUE(r.SetSubVector3(KvGeVector3(7, 8, 9), 0) == KvGeVector4(1, 7, 8, 9));
+  EXPECT_TRUE(r.SetSubVector3(KvGeVector3(5, 5, 5), 9) == KvGeVector4(5, 5, 5, 9));
+  EXPECT_EQ(KvGeVector4().Dim(), 4u);
+}
