@@ -14,4 +14,5 @@
 #include "basics/KvGeTolerance.h"
 #include "basics/KvMath.h"
 
+#include "geometry/algebra/KvGeMatrix.h"
 #include "geometry/algebra/KvGeVector.h"

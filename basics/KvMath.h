@@ -31,3 +31,7 @@ KVGE_API int KVMATH_BitTest(std::uint16_t value, unsigned int bit);
 // this is the required behaviour, deliberately kept. The rule applies to the computed quotient:
 // round(0.3, 0.2) is 0.2 because 0.3 / 0.2 evaluates just below 1.5.
 KVGE_API double round(double x, double step);
+
+// 1 when the direction a lies on the counter-clockwise sweep from start to end (both ends
+// included, within 1e-6 radians); equal start and end sweep the full turn.
+KVGE_API int BetweenAng(double a, double start, double end);

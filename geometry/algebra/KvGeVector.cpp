@@ -4,6 +4,10 @@ KvGeVector2::~KvGeVector2() = default;
 KvGeVector3::~KvGeVector3() = default;
 KvGeVector4::~KvGeVector4() = default;
 
+double KvGeVector2::m_vDummy = 0.0;
+double KvGeVector3::m_vDummy = 0.0;
+double KvGeVector4::m_vDummy = 0.0;
+
 namespace {
 // The components of a vector of size n other than component k, in order; k >= n leaves out
 // the last component.

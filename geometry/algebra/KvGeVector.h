@@ -16,174 +16,94 @@
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtCompare.h"
-
-#include <cmath>
+#include "geometry/algebra/KvGeCoordBase.h"
 
 class KvGeVector2;
 class KvGeVector3;
 class KvGeVector4;
-
-namespace KvGeDetail {
-
-// The named components of each size, with a table that reaches them by index.
-template <unsigned N>
-struct VectorData;
-
-template <>
-struct VectorData<2> {
-  double x, y;
-  constexpr VectorData(double a, double b) : x(a), y(b) {}
-  static constexpr double VectorData::*kAt[2] = {&VectorData::x, &VectorData::y};
-};
-
-template <>
-struct VectorData<3> {
-  double x, y, z;
-  constexpr VectorData(double a, double b, double c) : x(a), y(b), z(c) {}
-  static constexpr double VectorData::*kAt[3] = {&VectorData::x, &VectorData::y, &VectorData::z};
-};
-
-template <>
-struct VectorData<4> {
-  double x, y, z, w;
-  constexpr VectorData(double a, double b, double c, double d) : x(a), y(b), z(c), w(d) {}
-  static constexpr double VectorData::*kAt[4] = {&VectorData::x, &VectorData::y, &VectorData::z, &VectorData::w};
-};
-
-template <unsigned N, class V>
-class VectorBase : public VectorData<N> {
-  using Data = VectorData<N>;
-
- public:
-  using Data::Data;
-
-  unsigned Dim() const { return N; }
-
-  // Component i without a range check; i < N is the caller's promise.
-  double& operator[](unsigned i) { return this->*Data::kAt[i]; }
-  double operator[](unsigned i) const { return this->*Data::kAt[i]; }
-
-  V& Set(double s) {
-    for (unsigned i = 0; i < N; ++i) (*this)[i] = s;
-    return Self();
-  }
-
-  // Component i; an index >= N reads 0.0 and writes to the scratch double.
-  double& Element(unsigned i) { return i < N ? (*this)[i] : Scratch(); }
-  double Element(unsigned i) const { return i < N ? (*this)[i] : 0.0; }
-  double& operator()(unsigned i) { return Element(i); }
-  double operator()(unsigned i) const { return Element(i); }
-
-  V& operator+=(const V& o) {
-    for (unsigned i = 0; i < N; ++i) (*this)[i] += o[i];
-    return Self();
-  }
-  V& operator-=(const V& o) {
-    for (unsigned i = 0; i < N; ++i) (*this)[i] -= o[i];
-    return Self();
-  }
-  V& operator*=(double s) {
-    for (unsigned i = 0; i < N; ++i) (*this)[i] *= s;
-    return Self();
-  }
-  // Multiplies by 1 / s; s exactly 0 leaves the vector unchanged.
-  V& operator/=(double s) {
-    if (s != 0.0) *this *= 1.0 / s;
-    return Self();
-  }
-  // Component-wise minimum and maximum; a tie takes the argument's component.
-  V& operator&=(const V& o) {
-    for (unsigned i = 0; i < N; ++i)
-      if (o[i] <= (*this)[i]) (*this)[i] = o[i];
-    return Self();
-  }
-  V& operator|=(const V& o) {
-    for (unsigned i = 0; i < N; ++i)
-      if (o[i] >= (*this)[i]) (*this)[i] = o[i];
-    return Self();
-  }
-  V& Negate() {
-    for (unsigned i = 0; i < N; ++i) (*this)[i] = -(*this)[i];
-    return Self();
-  }
-
-  V operator+(const V& o) const { return V(Self()) += o; }
-  V operator-(const V& o) const { return V(Self()) -= o; }
-  V operator*(double s) const { return V(Self()) *= s; }
-  V operator/(double s) const { return V(Self()) /= s; }
-  V operator&(const V& o) const { return V(Self()) &= o; }
-  V operator|(const V& o) const { return V(Self()) |= o; }
-  V operator-() const { return V(Self()).Negate(); }
-  friend V operator*(double s, const V& v) { return v * s; }
-
-  // Dot product.
-  double operator*(const V& o) const {
-    double r = 0.0;
-    for (unsigned i = 0; i < N; ++i) r += (*this)[i] * o[i];
-    return r;
-  }
-
-  double DistanceSqr(const V& o) const {
-    double r = 0.0;
-    for (unsigned i = 0; i < N; ++i) {
-      const double d = (*this)[i] - o[i];
-      r += d * d;
-    }
-    return r;
-  }
-  // 1 when the squared distance is <= eps * eps.
-  int IsEqualTo(const V& o, double eps = kKvGeLinearTol) const { return DistanceSqr(o) <= eps * eps ? 1 : 0; }
-  // 1 when the squared distance is <= 1e-6.
-  int operator==(const V& o) const { return DistanceSqr(o) <= kKvGeLinearTolSqr ? 1 : 0; }
-  int operator!=(const V& o) const { return DistanceSqr(o) <= kKvGeLinearTolSqr ? 0 : 1; }
-  int IsZeroLength(double eps = kKvGeLinearTol) const { return LengthSqr() <= eps * eps ? 1 : 0; }
-  int IsUnitLength(double eps = kKvGeLinearTol) const { return IsEqual(Length(), 1.0, eps); }
-
-  double LengthSqr() const { return *this * Self(); }
-  double Length() const { return std::sqrt(LengthSqr()); }
-  double Norm2() const { return Length(); }
-  double Norm1() const {
-    double r = 0.0;
-    for (unsigned i = 0; i < N; ++i) r += std::fabs((*this)[i]);
-    return r;
-  }
-  double NormInfinity() const {
-    double r = 0.0;
-    for (unsigned i = 0; i < N; ++i) {
-      const double a = std::fabs((*this)[i]);
-      if (a > r) r = a;
-    }
-    return r;
-  }
-  // Scales to length 1 and returns 1; a vector whose length is within 0.001 of 0 stays as it
-  // is and 0 is returned.
-  int Normalize() {
-    const double len = Length();
-    if (IsEqual(len, 0.0, kKvGeLinearTol)) return 0;
-    *this *= 1.0 / len;
-    return 1;
-  }
-  V Normalized() const {
-    V r(Self());
-    r.Normalize();
-    return r;
-  }
-
- protected:
-  V& Self() { return static_cast<V&>(*this); }
-  const V& Self() const { return static_cast<const V&>(*this); }
-  static double& Scratch() {
-    thread_local double scratch;
-    scratch = 0.0;
-    return scratch;
-  }
-};
-
-}  // namespace KvGeDetail
-
 class KvGeMatrix2X2;
 class KvGeMatrix3X3;
 class KvGeMatrix4X4;
+
+namespace KvGeDetail {
+
+// The square matrix that multiplies a vector of each size.
+template <unsigned N>
+struct MatrixOf;
+template <>
+struct MatrixOf<2> {
+  using type = KvGeMatrix2X2;
+};
+template <>
+struct MatrixOf<3> {
+  using type = KvGeMatrix3X3;
+};
+template <>
+struct MatrixOf<4> {
+  using type = KvGeMatrix4X4;
+};
+
+template <unsigned N, class V>
+class VectorBase : public CoordBase<N, V> {
+  using Base = CoordBase<N, V>;
+  using Matrix = typename MatrixOf<N>::type;
+
+ public:
+  using Base::Base;
+  using Base::operator*;
+  using Base::operator-;
+
+  V& Set(double s) {
+    this->SetAll(s);
+    return this->Self();
+  }
+
+  V& operator+=(const V& o) {
+    this->AddCoords(o);
+    return this->Self();
+  }
+  V& operator-=(const V& o) {
+    this->SubCoords(o);
+    return this->Self();
+  }
+  // Component-wise minimum (&) and maximum (|); a tie takes the argument's component.
+  V& operator&=(const V& o) {
+    this->MinCoords(o);
+    return this->Self();
+  }
+  V& operator|=(const V& o) {
+    this->MaxCoords(o);
+    return this->Self();
+  }
+  V operator+(const V& o) const { return V(this->Self()) += o; }
+  V operator-(const V& o) const { return V(this->Self()) -= o; }
+  V operator&(const V& o) const { return V(this->Self()) &= o; }
+  V operator|(const V& o) const { return V(this->Self()) |= o; }
+
+  // Row vector times matrix: r(j) = sum over i of v(i) * M(i, j). Needs KvGeMatrix.h.
+  V operator*(const Matrix& m) const { return Times(m); }
+  V& operator*=(const Matrix& m) { return this->Self() = Times(m); }
+  using Base::operator*=;
+  // The solution x of x x M = v; a singular M leaves the vector unchanged. Needs KvGeMatrix.h.
+  V operator/(const Matrix& m) const { return Over(m); }
+  V& operator/=(const Matrix& m) { return this->Self() = Over(m); }
+  using Base::operator/;
+  using Base::operator/=;
+
+  // 1 when the squared distance is <= eps * eps.
+  int IsEqualTo(const V& o, double eps = kKvGeLinearTol) const { return this->DistanceSqr(o) <= eps * eps ? 1 : 0; }
+  // 1 when the squared distance is <= 1e-6.
+  int operator==(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 1 : 0; }
+  int operator!=(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 0 : 1; }
+
+ protected:
+  template <class M>
+  V Times(const M& m) const;
+  template <class M>
+  V Over(const M& m) const;
+};
+
+}  // namespace KvGeDetail
 
 class KVGE_API KvGeVector2 : public KvGeDetail::VectorBase<2, KvGeVector2> {
  public:
@@ -193,6 +113,9 @@ class KVGE_API KvGeVector2 : public KvGeDetail::VectorBase<2, KvGeVector2> {
   KvGeVector2(const KvGeVector2&) = default;
   KvGeVector2& operator=(const KvGeVector2&) = default;
   virtual ~KvGeVector2();
+
+  // The component handed out for an index out of range.
+  static double m_vDummy;
 
   using VectorBase::Set;
   KvGeVector2& Set(double x_, double y_) {
@@ -210,6 +133,9 @@ class KVGE_API KvGeVector3 : public KvGeDetail::VectorBase<3, KvGeVector3> {
   KvGeVector3(const KvGeVector3&) = default;
   KvGeVector3& operator=(const KvGeVector3&) = default;
   virtual ~KvGeVector3();
+
+  // The component handed out for an index out of range.
+  static double m_vDummy;
 
   using VectorBase::Set;
   KvGeVector3& Set(double x_, double y_, double z_) {
@@ -233,6 +159,9 @@ class KVGE_API KvGeVector4 : public KvGeDetail::VectorBase<4, KvGeVector4> {
   KvGeVector4(const KvGeVector4&) = default;
   KvGeVector4& operator=(const KvGeVector4&) = default;
   virtual ~KvGeVector4();
+
+  // The component handed out for an index out of range.
+  static double m_vDummy;
 
   using VectorBase::Set;
   KvGeVector4& Set(double x_, double y_, double z_, double w_) {

@@ -1,0 +1,158 @@
+#pragma once
+// Internal: the members that vectors and points of 2, 3 and 4 components share, written once.
+// CoordBase<N, D> holds the named components (x, y, z, w as the size has them) and gives
+// component access, scaling, the dot product, norms and normalisation; D is the named class
+// (vector or point) that derives from it and keeps the static m_vDummy, the double handed out
+// for a component index out of range (a write through a bad index lands there and corrupts no
+// object).
+//
+// Tolerances: IsZeroLength compares the squared length with tol * tol; Normalize treats a
+// length within 0.001 of 0 (inclusive) as no direction and leaves the object unchanged; scaling
+// by 1 / s with s exactly 0 leaves the object unchanged, in place of an error.
+
+#include <cmath>
+
+#include "basics/KvGeTolerance.h"
+#include "basics/companion/KvBtCompare.h"
+
+namespace KvGeDetail {
+
+// The named components of each size, with a table that reaches them by index.
+template <unsigned N>
+struct CoordData;
+
+template <>
+struct CoordData<2> {
+  double x, y;
+  constexpr CoordData(double a, double b) : x(a), y(b) {}
+  static constexpr double CoordData::*kAt[2] = {&CoordData::x, &CoordData::y};
+};
+
+template <>
+struct CoordData<3> {
+  double x, y, z;
+  constexpr CoordData(double a, double b, double c) : x(a), y(b), z(c) {}
+  static constexpr double CoordData::*kAt[3] = {&CoordData::x, &CoordData::y, &CoordData::z};
+};
+
+template <>
+struct CoordData<4> {
+  double x, y, z, w;
+  constexpr CoordData(double a, double b, double c, double d) : x(a), y(b), z(c), w(d) {}
+  static constexpr double CoordData::*kAt[4] = {&CoordData::x, &CoordData::y, &CoordData::z, &CoordData::w};
+};
+
+template <unsigned N, class D>
+class CoordBase : public CoordData<N> {
+  using Data = CoordData<N>;
+
+ public:
+  using Data::Data;
+
+  unsigned Dim() const { return N; }
+
+  // Component i without a range check; i < N is the caller's promise.
+  double& operator[](unsigned i) { return this->*Data::kAt[i]; }
+  double operator[](unsigned i) const { return this->*Data::kAt[i]; }
+
+  // Component i; an index >= N reads 0.0 (const) or refers to D::m_vDummy.
+  double& Element(unsigned i) { return i < N ? (*this)[i] : D::m_vDummy; }
+  double Element(unsigned i) const { return i < N ? (*this)[i] : 0.0; }
+  double& operator()(unsigned i) { return Element(i); }
+  double operator()(unsigned i) const { return Element(i); }
+
+  D& operator*=(double s) {
+    for (unsigned i = 0; i < N; ++i) (*this)[i] *= s;
+    return Self();
+  }
+  // Multiplies by 1 / s; s exactly 0 leaves the object unchanged.
+  D& operator/=(double s) {
+    if (s != 0.0) *this *= 1.0 / s;
+    return Self();
+  }
+  D& Negate() {
+    for (unsigned i = 0; i < N; ++i) (*this)[i] = -(*this)[i];
+    return Self();
+  }
+  D operator*(double s) const { return D(Self()) *= s; }
+  D operator/(double s) const { return D(Self()) /= s; }
+  D operator-() const { return D(Self()).Negate(); }
+
+  // Dot product.
+  double operator*(const D& o) const {
+    double r = 0.0;
+    for (unsigned i = 0; i < N; ++i) r += (*this)[i] * o[i];
+    return r;
+  }
+  double DistanceSqr(const D& o) const {
+    double r = 0.0;
+    for (unsigned i = 0; i < N; ++i) {
+      const double d = (*this)[i] - o[i];
+      r += d * d;
+    }
+    return r;
+  }
+
+  double LengthSqr() const { return *this * Self(); }
+  double Length() const { return std::sqrt(LengthSqr()); }
+  double Norm2() const { return Length(); }
+  double Norm1() const {
+    double r = 0.0;
+    for (unsigned i = 0; i < N; ++i) r += std::fabs((*this)[i]);
+    return r;
+  }
+  double NormInfinity() const {
+    double r = 0.0;
+    for (unsigned i = 0; i < N; ++i) {
+      const double a = std::fabs((*this)[i]);
+      if (a > r) r = a;
+    }
+    return r;
+  }
+  int IsZeroLength(double tol = kKvGeLinearTol) const { return LengthSqr() <= tol * tol ? 1 : 0; }
+  int IsUnitLength(double tol = kKvGeLinearTol) const { return IsEqual(Length(), 1.0, tol); }
+
+  // Scales to length 1 and returns 1; a length within 0.001 of 0 leaves it as it is, returns 0.
+  int Normalize() {
+    const double len = Length();
+    if (IsEqual(len, 0.0, kKvGeLinearTol)) return 0;
+    *this *= 1.0 / len;
+    return 1;
+  }
+  D Normalized() const {
+    D r(Self());
+    r.Normalize();
+    return r;
+  }
+
+ protected:
+  void SetAll(double s) {
+    for (unsigned i = 0; i < N; ++i) (*this)[i] = s;
+  }
+  void AddCoords(const D& o) {
+    for (unsigned i = 0; i < N; ++i) (*this)[i] += o[i];
+  }
+  void SubCoords(const D& o) {
+    for (unsigned i = 0; i < N; ++i) (*this)[i] -= o[i];
+  }
+  // Component-wise minimum and maximum; a tie takes the argument's component.
+  void MinCoords(const D& o) {
+    for (unsigned i = 0; i < N; ++i)
+      if (o[i] <= (*this)[i]) (*this)[i] = o[i];
+  }
+  void MaxCoords(const D& o) {
+    for (unsigned i = 0; i < N; ++i)
+      if (o[i] >= (*this)[i]) (*this)[i] = o[i];
+  }
+
+  D& Self() { return static_cast<D&>(*this); }
+  const D& Self() const { return static_cast<const D&>(*this); }
+};
+
+// s * v, the same as v * s.
+template <unsigned N, class D>
+D operator*(double s, const CoordBase<N, D>& v) {
+  return static_cast<const D&>(v) * s;
+}
+
+}  // namespace KvGeDetail

@@ -1,0 +1,154 @@
+#include "geometry/points/KvGeAngle.h"
+
+#include <cmath>
+
+#include "basics/KvMath.h"
+
+KvGeAngle::~KvGeAngle() = default;
+
+KvGeAngle& KvGeAngle::Set(double dx, double dy) {
+  m_Rad = KVMATH_ATan3(dy, dx);
+  return *this;
+}
+
+double KvGeAngle::Cos() const { return std::cos(m_Rad); }
+double KvGeAngle::Sin() const { return std::sin(m_Rad); }
+double KvGeAngle::Tan() const { return std::tan(m_Rad); }
+double KvGeAngle::Cot() const { return 1.0 / std::tan(m_Rad); }
+
+KvGeAngle& KvGeAngle::ArcCos(double x) {
+  m_Rad = std::acos(x);
+  return *this;
+}
+
+KvGeAngle& KvGeAngle::ArcSin(double x) {
+  m_Rad = std::asin(x);
+  return *this;
+}
+
+KvGeAngle& KvGeAngle::ArcTan(double x) {
+  m_Rad = std::atan2(x, 1.0);
+  return *this;
+}
+
+KvGeAngle& KvGeAngle::ArcCot(double x) {
+  m_Rad = x == 0.0 ? std::copysign(1.5707963267948966, x) : std::atan2(1.0 / x, 1.0);
+  return *this;
+}
+
+KvGeAngle& KvGeAngle::Normalize(const KvGeAngle& upper, const KvGeAngle& lower, int lowerIncluded) {
+  const KvGeAngle span = upper - lower;
+  if (!(span > KvGeAngle_Deg0())) {
+    m_Rad = lowerIncluded ? lower.m_Rad : upper.m_Rad;
+    return *this;
+  }
+  if (!std::isfinite(m_Rad) || !std::isfinite(span.m_Rad)) {
+    m_Rad = std::nan("");
+    return *this;
+  }
+  // Far outside the range, a remainder brings the angle near it first, so that the loops below
+  // take a few steps whatever the magnitude. The step limit is a last guard for bounds so large
+  // that adding the span no longer changes the angle.
+  constexpr double kMaxSpans = 4096.0;
+  constexpr int kMaxSteps = 2 * 4096 + 16;
+  const double offset = m_Rad - lower.m_Rad;
+  if (std::fabs(offset) > kMaxSpans * span.m_Rad) m_Rad = lower.m_Rad + std::fmod(offset, span.m_Rad);
+  int steps = 0;
+  if (lowerIncluded) {
+    while (*this < lower && ++steps < kMaxSteps) *this += span;
+    while (*this >= upper && ++steps < kMaxSteps) *this -= span;
+  } else {
+    while (*this > upper && ++steps < kMaxSteps) *this -= span;
+    while (*this <= lower && ++steps < kMaxSteps) *this += span;
+  }
+  return *this;
+}
+
+int KvGeAngle::IsBetween(const KvGeAngle& a, const KvGeAngle& b, int counterClockwise) const {
+  const KvGeAngle& start = counterClockwise ? a : b;
+  const KvGeAngle& end = counterClockwise ? b : a;
+  const KvGeAngle u = (*this - start).Normalized(KvGeAngle_Deg360(), KvGeAngle_Deg0(), 1);
+  const KvGeAngle v = (end - start).Normalized(KvGeAngle_Deg360(), KvGeAngle_Deg0(), 0);
+  return u <= v;
+}
+
+const KvGeAngle& KvGeAngle_Deg0() {
+  static const KvGeAngle a(0.0);
+  return a;
+}
+const KvGeAngle& KvGeAngle_Deg30() {
+  static const KvGeAngle a(0.5235987755982988);
+  return a;
+}
+const KvGeAngle& KvGeAngle_Deg45() {
+  static const KvGeAngle a(0.7853981633974483);
+  return a;
+}
+const KvGeAngle& KvGeAngle_Deg60() {
+  static const KvGeAngle a(1.0471975511965976);
+  return a;
+}
+const KvGeAngle& KvGeAngle_Deg90() {
+  static const KvGeAngle a(1.5707963267948966);
+  return a;
+}
+const KvGeAngle& KvGeAngle_Deg180() {
+  static const KvGeAngle a(3.141592653589793);
+  return a;
+}
+const KvGeAngle& KvGeAngle_Deg270() {
+  static const KvGeAngle a(4.71238898038469);
+  return a;
+}
+const KvGeAngle& KvGeAngle_Deg360() {
+  static const KvGeAngle a(6.283185307179586);
+  return a;
+}
+
+void CalcMinMax(const KvGeAngle& a, const KvGeAngle& b, KvGeAngle& min, KvGeAngle& max) {
+  if (b.Rad() > a.Rad()) {
+    min = a;
+    max = b;
+  } else {
+    min = b;
+    max = a;
+  }
+}
+
+int IsSimelarlyDirected(const KvGeAngle& a, const KvGeAngle& b) {
+  return (b - a).Normalized(KvGeAngle_Deg360(), KvGeAngle_Deg0(), 1) == KvGeAngle_Deg0();
+}
+
+int IsNormal(const KvGeAngle& a, const KvGeAngle& b) {
+  return (b - a).Normalized(KvGeAngle_Deg180(), KvGeAngle_Deg0(), 1) == KvGeAngle_Deg90();
+}
+
+int IsParallel(const KvGeAngle& a, const KvGeAngle& b, double eps) {
+  KvGeAngle d = b - a;
+  if (eps > kKvGeAngularTol) {
+    const KvGeAngle& pi = KvGeAngle_Deg180();
+    if (d < KvGeAngle(eps) && d >= KvGeAngle(-eps)) d = 0.0;
+    if (d > pi - KvGeAngle(eps) && d <= pi + KvGeAngle(eps)) d = pi + KvGeAngle(0.1 * eps);
+  }
+  d.Normalize(KvGeAngle_Deg180(), KvGeAngle_Deg0(), 1);
+  return !(-eps > d.Rad()) && !(d.Rad() > eps);
+}
+
+void CartCylind(double x, double y, double z, double& r, KvGeAngle& angle, double& h) {
+  r = std::sqrt(x * x + y * y);
+  angle = KvGeAngle(x, y);
+  h = z;
+}
+
+void CartSphere(double x, double y, double z, double& r, KvGeAngle& azimuth, KvGeAngle& elevation) {
+  const double plan = std::sqrt(x * x + y * y);
+  azimuth = KvGeAngle(x, y);
+  elevation = KvGeAngle(plan, z);
+  r = plan;
+}
+
+int BetweenAng(double a, double start, double end) {
+  const KvGeAngle u = KvGeAngle(a - start).Normalized(KvGeAngle_Deg360(), KvGeAngle_Deg0(), 1);
+  const KvGeAngle v = KvGeAngle(end - start).Normalized(KvGeAngle_Deg360(), KvGeAngle_Deg0(), 0);
+  return u <= v;
+}
