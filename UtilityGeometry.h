@@ -15,4 +15,9 @@
 #include "basics/KvMath.h"
 
 #include "geometry/algebra/KvGeMatrix.h"
+#include "geometry/algebra/KvGeModMat.h"
 #include "geometry/algebra/KvGeVector.h"
+
+#include "geometry/points/KvGeAngle.h"
+#include "geometry/points/KvGePoint2d.h"
+#include "geometry/points/KvGePoint3d.h"

@@ -3,6 +3,8 @@
 #include <cmath>
 
 #include "basics/KvMath.h"
+#include "geometry/points/KvGePoint2d.h"
+#include "geometry/points/KvGePoint3d.h"
 
 KvGeAngle::~KvGeAngle() = default;
 
@@ -152,3 +154,13 @@ int BetweenAng(double a, double start, double end) {
   const KvGeAngle v = KvGeAngle(end - start).Normalized(KvGeAngle_Deg360(), KvGeAngle_Deg0(), 0);
   return u <= v;
 }
+
+KvGeAngle& KvGeAngle::Set(const KvGePoint2d& p) { return Set(p.x, p.y); }
+KvGeAngle& KvGeAngle::Set(const KvGePoint2d& from, const KvGePoint2d& to) { return Set(to.x - from.x, to.y - from.y); }
+KvGeAngle& KvGeAngle::Set(const KvGePoint3d& p) { return Set(p.x, p.y); }
+KvGeAngle& KvGeAngle::Set(const KvGePoint3d& from, const KvGePoint3d& to) { return Set(to.x - from.x, to.y - from.y); }
+
+KvGePoint2d KvGeAngle::Point2d() const { return KvGePoint2d(Cos(), Sin()); }
+KvGePoint2d KvGeAngle::Point2d(double r) const { return KvGePoint2d(r * Cos(), r * Sin()); }
+KvGePoint3d KvGeAngle::Point3d() const { return KvGePoint3d(Cos(), Sin(), 0.0); }
+KvGePoint3d KvGeAngle::Point3d(double r, double z) const { return KvGePoint3d(r * Cos(), r * Sin(), z); }

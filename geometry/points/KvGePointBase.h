@@ -1,0 +1,193 @@
+#pragma once
+// Internal: the rules that 2D and 3D points share, written once.
+//
+// A point is homogeneous: its coordinates and a flag m_bInfinite (non-zero for a point at
+// infinity, that is the direction of its coordinates with weight 0). Where two points meet, the
+// flag decides:
+//
+//   operator   same kind              left infinite, right ordinary   left ordinary, right infinite
+//   a + b      coordinate sums        a                               b
+//   a - b      coordinate differences a                               -b (infinite)
+//   a & b      coordinate minima      b (the ordinary one)            a (the ordinary one)
+//   a | b      coordinate maxima      a (the infinite one)            b (the infinite one)
+//
+// so an infinite point absorbs ordinary ones under + and -, loses under the minimum and wins
+// under the maximum. Same kind means both flags zero or both non-zero; a combined result keeps
+// the left flag.
+//
+// Equality compares the squared distance with tol * tol (operator== with 1e-6: a distance of at
+// most 0.001, inclusive, on the distance and not per coordinate) and demands the same kind.
+// OutCode sets, for each axis k, bit 1 << 2k when the coordinate is below min by more than tol
+// and bit 2 << 2k when it is above max by more than tol: a point within tol outside counts as
+// inside.
+
+#include "basics/KvGeTolerance.h"
+#include "basics/companion/KvBtCompare.h"
+#include "geometry/algebra/KvGeCoordBase.h"
+
+namespace KvGeDetail {
+
+template <unsigned N, class P>
+class PointBase : public CoordBase<N, P> {
+  using Base = CoordBase<N, P>;
+
+ public:
+  template <class... C>
+  constexpr PointBase(int infinite, C... coords) : Base(coords...), m_bInfinite(infinite) {}
+
+  // 1 when both are ordinary or both are at infinity.
+  int IsSameKind(const P& o) const { return (m_bInfinite != 0) == (o.m_bInfinite != 0) ? 1 : 0; }
+
+  P& operator+=(const P& o) {
+    if (IsSameKind(o))
+      this->AddCoords(o);
+    else if (!m_bInfinite)
+      this->Self() = o;
+    return this->Self();
+  }
+  P& operator-=(const P& o) {
+    if (IsSameKind(o)) {
+      this->SubCoords(o);
+    } else if (!m_bInfinite) {
+      this->Self() = o;
+      this->Negate();
+    }
+    return this->Self();
+  }
+  P& operator&=(const P& o) {
+    if (IsSameKind(o))
+      this->MinCoords(o);
+    else if (m_bInfinite)
+      this->Self() = o;
+    return this->Self();
+  }
+  P& operator|=(const P& o) {
+    if (IsSameKind(o))
+      this->MaxCoords(o);
+    else if (!m_bInfinite)
+      this->Self() = o;
+    return this->Self();
+  }
+  P operator+(const P& o) const { return P(this->Self()) += o; }
+  P operator-(const P& o) const { return P(this->Self()) -= o; }
+  P operator&(const P& o) const { return P(this->Self()) &= o; }
+  P operator|(const P& o) const { return P(this->Self()) |= o; }
+  using Base::operator-;
+
+  int IsEqualTo(const P& o, double tol = kKvGeLinearTol) const {
+    return (this->DistanceSqr(o) <= tol * tol && IsSameKind(o)) ? 1 : 0;
+  }
+  int operator==(const P& o) const { return (this->DistanceSqr(o) <= kKvGeLinearTolSqr && IsSameKind(o)) ? 1 : 0; }
+  int operator!=(const P& o) const { return (*this == o) ? 0 : 1; }
+
+  int OutCode(const P& min, const P& max, double tol = kKvGeLinearTol) const {
+    int code = 0;
+    for (unsigned k = 0; k < N; ++k) {
+      if (IsLess((*this)[k], min[k], tol)) code |= 1 << (2 * k);
+      if (IsGreater((*this)[k], max[k], tol)) code |= 2 << (2 * k);
+    }
+    return code;
+  }
+
+  int m_bInfinite;
+
+ protected:
+  // Takes the coordinates of a homogeneous vector of N + 1 components: divided by the weight
+  // (as a multiplication by 1 / w) when the weight is not within 0.001 of 0, else kept as a
+  // direction with the flag set.
+  template <class V>
+  void SetHomogeneous(const V& v) {
+    const double w = v[N];
+    if (IsEqual(w, 0.0, kKvGeLinearTol)) {
+      for (unsigned i = 0; i < N; ++i) (*this)[i] = v[i];
+      m_bInfinite = 1;
+    } else {
+      const double f = 1.0 / w;
+      for (unsigned i = 0; i < N; ++i) (*this)[i] = v[i] * f;
+      m_bInfinite = 0;
+    }
+  }
+  // The coordinates with the weight appended: 0 for a point at infinity, 1 otherwise.
+  template <class V>
+  V Homogeneous() const {
+    V v;
+    for (unsigned i = 0; i < N; ++i) v[i] = (*this)[i];
+    v[N] = m_bInfinite ? 0.0 : 1.0;
+    return v;
+  }
+};
+
+// Foot of p on the infinite line through a and b: a when the line is no longer than 0.001
+// (squared length <= 1e-6); not clamped to the segment.
+template <class P>
+P ProjectOnLine(const P& a, const P& b, const P& p) {
+  const P d = b - a;
+  const double s = d * d;
+  if (s <= kKvGeLinearTolSqr) return a;
+  const double t = ((p - a) * d) / s;
+  return a + d * t;
+}
+
+// Where the foot of p falls on the segment a-b: -1 before a, 1 at a, 0 strictly between, 2 at
+// b, -2 beyond b (ends within 0.001 along the segment); 0 for a segment no longer than 0.001.
+// The distance of p from the line is not looked at.
+template <class P>
+int BetweenOnSegment(const P& a, const P& b, const P& p) {
+  const P d = b - a;
+  const double len = d.Length();
+  if (!IsGreater(len, 0.0, kKvGeLinearTol)) return 0;
+  const double t = ((p - a) * d) / len;
+  int c = KvBtRealCompare(t, 0.0, kKvGeLinearTol);
+  if (c < 0) return -1;
+  if (c == 0) return 1;
+  c = KvBtRealCompare(t, len, kKvGeLinearTol);
+  if (c > 0) return -2;
+  if (c == 0) return 2;
+  return 0;
+}
+
+// Cohen-Sutherland clipping of p1-p2 to the box min-max with the tolerance 0.001; 1 when a part
+// remains. When p1 is inside and p2 outside the ends are exchanged and stay so: the caller gets
+// the segment, not its orientation. An end within 0.001 outside the box is not moved. The plane
+// form moves an end as y += (y2 - y1) (X - x1) / (x2 - x1); the space form through the
+// parameter t = (X - x1) / (x2 - x1). A bounded number of passes guards against coordinates that
+// are not finite. exchanged, when given, tells whether the ends come back exchanged.
+template <class P, unsigned N>
+int ClipToBox(P& p1, P& p2, const P& min, const P& max, bool* exchanged = nullptr) {
+  if (exchanged) *exchanged = false;
+  for (int pass = 0; pass < 8 * static_cast<int>(N) + 8; ++pass) {
+    int c1 = p1.OutCode(min, max, kKvGeLinearTol);
+    const int c2 = p2.OutCode(min, max, kKvGeLinearTol);
+    if (c1 & c2) return 0;
+    if (c1 == 0) {
+      if (c2 == 0) return 1;
+      const P t = p1;
+      p1 = p2;
+      p2 = t;
+      c1 = c2;
+      if (exchanged) *exchanged = !*exchanged;
+    }
+    for (unsigned k = 0; k < N; ++k) {
+      double edge;
+      if (c1 & (1 << (2 * k)))
+        edge = min[k];
+      else if (c1 & (2 << (2 * k)))
+        edge = max[k];
+      else
+        continue;
+      if constexpr (N == 2) {
+        const unsigned o = 1 - k;
+        p1[o] += (p2[o] - p1[o]) * (edge - p1[k]) / (p2[k] - p1[k]);
+      } else {
+        const double t = (edge - p1[k]) / (p2[k] - p1[k]);
+        for (unsigned o = 0; o < N; ++o)
+          if (o != k) p1[o] += (p2[o] - p1[o]) * t;
+      }
+      p1[k] = edge;
+      break;
+    }
+  }
+  return 0;
+}
+
+}  // namespace KvGeDetail
