@@ -44,7 +44,7 @@ KvGeModMat3d& KvGeModMat3d::SetEnlRel(double sx, double sy, double sz, const KvG
 }
 
 KvGeModMat3d& KvGeModMat3d::Cat(const KvGeMatrix4X4& m) {
-  KvGeMatrix4X4::operator=(*this * m);
+  KvGeMatrix4X4::operator=(*this* m);
   return *this;
 }
 
@@ -80,7 +80,7 @@ KvGeModMat2d& KvGeModMat2d::SetEnlRel(double sx, double sy, const KvGePoint2d& c
 }
 
 KvGeModMat2d& KvGeModMat2d::Cat(const KvGeMatrix3X3& m) {
-  KvGeMatrix3X3::operator=(*this * m);
+  KvGeMatrix3X3::operator=(*this* m);
   return *this;
 }
 

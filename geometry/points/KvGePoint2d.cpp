@@ -44,6 +44,8 @@ int Clip2d(KvGePoint2d& p1, KvGePoint2d& p2, const KvGePoint2d& min, const KvGeP
   return KvGeDetail::ClipToBox<KvGePoint2d, 2>(p1, p2, min, max);
 }
 
-int IsSimelarlyDirected(const KvGePoint2d& a, const KvGePoint2d& b) { return IsSimelarlyDirected(a.Angle(), b.Angle()); }
+int IsSimelarlyDirected(const KvGePoint2d& a, const KvGePoint2d& b) {
+  return IsSimelarlyDirected(a.Angle(), b.Angle());
+}
 int IsParallel(const KvGePoint2d& a, const KvGePoint2d& b) { return IsParallel(a.Angle(), b.Angle(), 1e-6); }
 int IsNormal(const KvGePoint2d& a, const KvGePoint2d& b) { return IsNormal(a.Angle(), b.Angle()); }

@@ -186,8 +186,8 @@ int OrthonormalBasis(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint
   return 1;
 }
 
-int Intersection(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& c, const KvGePoint3d& d,
-                 KvGePoint3d& r, int mode, double tol) {
+int Intersection(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& c, const KvGePoint3d& d, KvGePoint3d& r,
+                 int mode, double tol) {
   const KvGePoint3d u = b - a;
   const KvGePoint3d v = d - c;
   const KvGePoint3d w = c - a;
@@ -212,6 +212,8 @@ double CircleMatch3Points(const KvGePoint3d& a, const KvGePoint3d& b, const KvGe
   return Distance3d(centre, a);
 }
 
-int IsSimelarlyDirected(const KvGePoint3d& a, const KvGePoint3d& b) { return IsSimelarlyDirected(a.Angle(), b.Angle()); }
+int IsSimelarlyDirected(const KvGePoint3d& a, const KvGePoint3d& b) {
+  return IsSimelarlyDirected(a.Angle(), b.Angle());
+}
 int IsParallel(const KvGePoint3d& a, const KvGePoint3d& b) { return IsParallel(a.Angle(), b.Angle(), 1e-6); }
 int IsNormal(const KvGePoint3d& a, const KvGePoint3d& b) { return IsNormal(a.Angle(), b.Angle()); }
