@@ -94,43 +94,35 @@ int Clip3d(KvGePoint3d& p1, KvGePoint3d& p2, const KvGePoint3d& min, const KvGeP
 }
 
 int ClipConical3d(KvGePoint3d& p1, KvGePoint3d& p2, double zmin) {
-  for (int pass = 0; pass < 32; ++pass) {
-    int c1 = p1.OutCode(zmin, kKvGeLinearTol);
-    const int c2 = p2.OutCode(zmin, kKvGeLinearTol);
-    if (c1 & c2) return 0;
-    if (c1 == 0) {
-      if (c2 == 0) return 1;
-      const KvGePoint3d t = p1;
-      p1 = p2;
-      p2 = t;
-      c1 = c2;
-    }
-    const double x1 = p1.x, y1 = p1.y, z1 = p1.z, x2 = p2.x, y2 = p2.y, z2 = p2.z;
+  const auto code = [zmin](const KvGePoint3d& p) { return p.OutCode(zmin, kKvGeLinearTol); };
+  const auto step = [zmin](KvGePoint3d& a, const KvGePoint3d& b, int c) {
+    const double x1 = a.x, y1 = a.y, z1 = a.z, x2 = b.x, y2 = b.y, z2 = b.z;
     double t;
-    if (c1 & 1)
+    if (c & 1)
       t = (z1 + x1) / ((z1 - z2) + (x1 - x2));
-    else if (c1 & 2)
+    else if (c & 2)
       t = (z1 - x1) / ((x2 - x1) - (z2 - z1));
-    else if (c1 & 4)
+    else if (c & 4)
       t = (y1 + z1) / ((z1 - z2) + (y1 - y2));
-    else if (c1 & 8)
+    else if (c & 8)
       t = (z1 - y1) / ((y2 - y1) - (z2 - z1));
     else
-      t = ((c1 & 16 ? zmin : 1.0) - z1) / (z2 - z1);
-    p1.x = x1 + (x2 - x1) * t;
-    p1.y = y1 + (y2 - y1) * t;
-    if (c1 & 1)
-      p1.z = -p1.x;
-    else if (c1 & 2)
-      p1.z = p1.x;
-    else if (c1 & 4)
-      p1.z = -p1.y;
-    else if (c1 & 8)
-      p1.z = p1.y;
+      t = ((c & 16 ? zmin : 1.0) - z1) / (z2 - z1);
+    a.x = x1 + (x2 - x1) * t;
+    a.y = y1 + (y2 - y1) * t;
+    // The new z comes from the new x or y, so the end lies exactly on the slanted plane.
+    if (c & 1)
+      a.z = -a.x;
+    else if (c & 2)
+      a.z = a.x;
+    else if (c & 4)
+      a.z = -a.y;
+    else if (c & 8)
+      a.z = a.y;
     else
-      p1.z = c1 & 16 ? zmin : 1.0;
-  }
-  return 0;
+      a.z = c & 16 ? zmin : 1.0;
+  };
+  return KvGeDetail::CohenSutherland(p1, p2, code, step);
 }
 
 KvGePoint3d Project2d(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& p) {

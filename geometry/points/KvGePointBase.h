@@ -146,18 +146,18 @@ int BetweenOnSegment(const P& a, const P& b, const P& p) {
   return 0;
 }
 
-// Cohen-Sutherland clipping of p1-p2 to the box min-max with the tolerance 0.001; 1 when a part
-// remains. When p1 is inside and p2 outside the ends are exchanged and stay so: the caller gets
-// the segment, not its orientation. An end within 0.001 outside the box is not moved. The plane
-// form moves an end as y += (y2 - y1) (X - x1) / (x2 - x1); the space form through the
-// parameter t = (X - x1) / (x2 - x1). A bounded number of passes guards against coordinates that
-// are not finite. exchanged, when given, tells whether the ends come back exchanged.
-template <class P, unsigned N>
-int ClipToBox(P& p1, P& p2, const P& min, const P& max, bool* exchanged = nullptr) {
+// The Cohen-Sutherland loop shared by the box and view-volume clippers: code(p) gives a point's
+// region code, step(p1, p2, c1) moves p1 onto the first boundary that c1 names. The segment is
+// rejected (0) when both codes share a bit and accepted (1) when both are 0; when only p2 is
+// outside the ends are exchanged and stay so: the caller gets the segment, not its orientation.
+// exchanged, when given, tells whether they come back exchanged. A bounded number of passes
+// guards against coordinates that are not finite.
+template <class P, class Code, class Step>
+int CohenSutherland(P& p1, P& p2, Code code, Step step, bool* exchanged = nullptr) {
   if (exchanged) *exchanged = false;
-  for (int pass = 0; pass < 8 * static_cast<int>(N) + 8; ++pass) {
-    int c1 = p1.OutCode(min, max, kKvGeLinearTol);
-    const int c2 = p2.OutCode(min, max, kKvGeLinearTol);
+  for (int pass = 0; pass < 64; ++pass) {
+    int c1 = code(p1);
+    const int c2 = code(p2);
     if (c1 & c2) return 0;
     if (c1 == 0) {
       if (c2 == 0) return 1;
@@ -167,27 +167,40 @@ int ClipToBox(P& p1, P& p2, const P& min, const P& max, bool* exchanged = nullpt
       c1 = c2;
       if (exchanged) *exchanged = !*exchanged;
     }
+    step(p1, p2, c1);
+  }
+  return 0;
+}
+
+// Clipping of p1-p2 to the box min-max with the tolerance 0.001; 1 when a part remains. An end
+// within 0.001 outside the box is not moved. The plane form moves an end as
+// y += (y2 - y1) (X - x1) / (x2 - x1); the space form through the parameter
+// t = (X - x1) / (x2 - x1).
+template <class P, unsigned N>
+int ClipToBox(P& p1, P& p2, const P& min, const P& max, bool* exchanged = nullptr) {
+  const auto code = [&](const P& p) { return p.OutCode(min, max, kKvGeLinearTol); };
+  const auto step = [&](P& a, const P& b, int c) {
     for (unsigned k = 0; k < N; ++k) {
       double edge;
-      if (c1 & (1 << (2 * k)))
+      if (c & (1 << (2 * k)))
         edge = min[k];
-      else if (c1 & (2 << (2 * k)))
+      else if (c & (2 << (2 * k)))
         edge = max[k];
       else
         continue;
       if constexpr (N == 2) {
         const unsigned o = 1 - k;
-        p1[o] += (p2[o] - p1[o]) * (edge - p1[k]) / (p2[k] - p1[k]);
+        a[o] += (b[o] - a[o]) * (edge - a[k]) / (b[k] - a[k]);
       } else {
-        const double t = (edge - p1[k]) / (p2[k] - p1[k]);
+        const double t = (edge - a[k]) / (b[k] - a[k]);
         for (unsigned o = 0; o < N; ++o)
-          if (o != k) p1[o] += (p2[o] - p1[o]) * t;
+          if (o != k) a[o] += (b[o] - a[o]) * t;
       }
-      p1[k] = edge;
-      break;
+      a[k] = edge;
+      return;
     }
-  }
-  return 0;
+  };
+  return CohenSutherland(p1, p2, code, step, exchanged);
 }
 
 }  // namespace KvGeDetail
