@@ -20,4 +20,7 @@
 
 #include "geometry/points/KvGeAngle.h"
 #include "geometry/points/KvGePoint2d.h"
+#include "geometry/points/KvGePoint2dArray.h"
 #include "geometry/points/KvGePoint3d.h"
+
+#include "geometry/curves/KvGeBox2d.h"

@@ -1,0 +1,226 @@
+#pragma once
+// Axis-aligned boxes: KvGeBox2d (corners KvGePoint2d) and KvGeBox3d (corners KvGePoint3d).
+//
+// A box is its two corners Min and Max, carrying the homogeneous flags of the points; union and
+// intersection are the point minimum and maximum operators with their flag rules. The empty box
+// runs from (1e9, ...) to (-1e9, ...), both ordinary; folding points in turns it into their box.
+// Nothing is sorted when corners are set, and there is no emptiness flag: IsEmpty decides.
+//
+// Tolerance 0.001 throughout, and each test names its side of the band:
+// - IsEmpty(strict): strict non-zero asks Min.c > Max.c + 0.001 on some axis (a box collapsed
+//   to a line or a point is not empty); strict 0 asks Min.c >= Max.c - 0.001 (it is).
+// - IsInside(p, closed): closed non-zero accepts a point up to 0.001 outside the border; closed
+//   0 demands more than 0.001 inside.
+// The family shares KvGeDetail::BoxBase<N, B, P>; the named classes add the conversions and the
+// members that take their own point arrays and matrices.
+
+#include "basics/KvGeTolerance.h"
+#include "basics/UtilityGeometryExport.h"
+#include "basics/companion/KvBtCompare.h"
+#include "geometry/points/KvGePoint2d.h"
+#include "geometry/points/KvGePoint3d.h"
+
+class KvGeBox2d;
+class KvGeBox3d;
+class KvGePoint2dArray;
+class KvGePoint3dArray;
+class KvGeModMat2d;
+class KvGeModMat3d;
+
+namespace KvGeDetail {
+
+template <unsigned N, class B, class P>
+class BoxBase {
+ public:
+  BoxBase() : m_Min(1e9), m_Max(-1e9) {}
+  BoxBase(const P& min, const P& max) : m_Min(min), m_Max(max) {}
+
+  unsigned Dim() const { return N; }
+  P& Min() { return m_Min; }
+  const P& Min() const { return m_Min; }
+  P& Max() { return m_Max; }
+  const P& Max() const { return m_Max; }
+
+  // The empty box.
+  B& Set() {
+    m_Min = P(1e9);
+    m_Max = P(-1e9);
+    return Self();
+  }
+  B& Set(const P& min, const P& max) {
+    m_Min = min;
+    m_Max = max;
+    return Self();
+  }
+
+  // Intersection: the larger minima and the smaller maxima.
+  B& operator&=(const B& o) {
+    m_Min |= o.m_Min;
+    m_Max &= o.m_Max;
+    return Self();
+  }
+  // Union: the smaller minima and the larger maxima.
+  B& operator|=(const B& o) {
+    m_Min &= o.m_Min;
+    m_Max |= o.m_Max;
+    return Self();
+  }
+  B operator&(const B& o) const { return B(Self()) &= o; }
+  B operator|(const B& o) const { return B(Self()) |= o; }
+
+  int IsEqualTo(const B& o, double tol = kKvGeLinearTol) const {
+    return (m_Min.IsEqualTo(o.m_Min, tol) && m_Max.IsEqualTo(o.m_Max, tol)) ? 1 : 0;
+  }
+  int operator==(const B& o) const { return IsEqualTo(o, kKvGeLinearTol); }
+  int operator!=(const B& o) const { return IsEqualTo(o, kKvGeLinearTol) ? 0 : 1; }
+
+  P Extents() const { return m_Max - m_Min; }
+  double XExtent() const { return m_Max.x - m_Min.x; }
+  double YExtent() const { return m_Max.y - m_Min.y; }
+
+  int IsEmpty(int strict) const { return IsEmptyOn(N, strict); }
+  int IsDisjoint(const B& o, int strict) const { return (Self() & o).IsEmpty(strict); }
+  int IsInside(const P& p, int closed) const { return IsInsideOn(N, p, closed, kKvGeLinearTol); }
+  int IsInside(const B& o, int closed) const { return IsInside(o.m_Min, closed) && IsInside(o.m_Max, closed); }
+
+  // Exchanges Min.c and Max.c on each axis where Min.c > Max.c; the flags stay.
+  B& Normalize() {
+    for (unsigned k = 0; k < N; ++k)
+      if (m_Min[k] > m_Max[k]) {
+        const double t = m_Min[k];
+        m_Min[k] = m_Max[k];
+        m_Max[k] = t;
+      }
+    return Self();
+  }
+  B& Include(const P& p) {
+    m_Min &= p;
+    m_Max |= p;
+    return Self();
+  }
+  B& Shift(const P& p) {
+    m_Min += p;
+    m_Max += p;
+    return Self();
+  }
+  // Grows each ordinary corner by d on every axis; an infinite corner is left alone.
+  B& Expand(double d) {
+    for (unsigned k = 0; k < N; ++k) {
+      if (!m_Min.m_bInfinite) m_Min[k] -= d;
+      if (!m_Max.m_bInfinite) m_Max[k] += d;
+    }
+    return Self();
+  }
+  B Normalized() const { return B(Self()).Normalize(); }
+  B Included(const P& p) const { return B(Self()).Include(p); }
+  B Shifted(const P& p) const { return B(Self()).Shift(p); }
+  B Expanded(double d) const { return B(Self()).Expand(d); }
+
+ protected:
+  // The tests on the first `axes` coordinates (2 for the plan tests of a space box).
+  int IsEmptyOn(unsigned axes, int strict) const {
+    for (unsigned k = 0; k < axes; ++k)
+      if (strict ? IsGreater(m_Min[k], m_Max[k], kKvGeLinearTol) : IsGreaterOrEqual(m_Min[k], m_Max[k], kKvGeLinearTol))
+        return 1;
+    return 0;
+  }
+  int IsInsideOn(unsigned axes, const P& p, int closed, double tol) const {
+    for (unsigned k = 0; k < axes; ++k) {
+      const int in = closed ? (IsLessOrEqual(m_Min[k], p[k], tol) && IsLessOrEqual(p[k], m_Max[k], tol))
+                            : (IsLess(m_Min[k], p[k], tol) && IsLess(p[k], m_Max[k], tol));
+      if (!in) return 0;
+    }
+    return 1;
+  }
+  // Corner i takes, on axis k, Min when bit k of i is set and Max otherwise.
+  P Corner(unsigned i) const {
+    P c = m_Max;
+    for (unsigned k = 0; k < N; ++k)
+      if (i & (1u << k)) c[k] = m_Min[k];
+    return c;
+  }
+  // The box of the 2^N corners transformed by m, folded into the empty box.
+  template <class M>
+  B CornerBox(const M& m) const {
+    B r;
+    for (unsigned i = 0; i < (1u << N); ++i) r.Include(Corner(i).Transformed(m));
+    return r;
+  }
+
+  B& Self() { return static_cast<B&>(*this); }
+  const B& Self() const { return static_cast<const B&>(*this); }
+
+  P m_Min;
+  P m_Max;
+};
+
+}  // namespace KvGeDetail
+
+class KVGE_API KvGeBox2d : public KvGeDetail::BoxBase<2, KvGeBox2d, KvGePoint2d> {
+ public:
+  KvGeBox2d() = default;
+  KvGeBox2d(const KvGePoint2d& min, const KvGePoint2d& max) : BoxBase(min, max) {}
+  // The plan box: x, y and the flags of the corners.
+  explicit KvGeBox2d(const KvGeBox3d& b);
+  KvGeBox2d(const KvGeBox2d&) = default;
+  KvGeBox2d& operator=(const KvGeBox2d&) = default;
+  virtual ~KvGeBox2d();
+
+  using BoxBase::Set;
+  KvGeBox2d& Set(const KvGeBox3d& b);
+  // The plan box with an empty z range (1e9 .. -1e9).
+  KvGeBox3d Box3d() const;
+
+  using BoxBase::IsInside;
+  int IsInsideTol(const KvGePoint2d& p, int closed, double tol) const { return IsInsideOn(2, p, closed, tol); }
+  int IsInsideTol(const KvGeBox2d& b, int closed, double tol) const {
+    return IsInsideTol(b.m_Min, closed, tol) && IsInsideTol(b.m_Max, closed, tol);
+  }
+
+  // Four ordinary points counter-clockwise from the minimum corner.
+  void Points(KvGePoint2dArray& points) const;
+  // Both corners transformed (the box does not stay axis-aligned under a rotation).
+  KvGeBox2d& Transform(const KvGeModMat2d& m);
+  KvGeBox2d Transformed(const KvGeModMat2d& m) const { return KvGeBox2d(*this).Transform(m); }
+  // The box of the four transformed corners; corner i takes x = Min.x when bit 1 of i is set,
+  // else Max.x, and y = Min.y when bit 2 is set, else Max.y.
+  KvGeBox2d BoundingBox(const KvGeModMat2d& m) const;
+};
+
+class KVGE_API KvGeBox3d : public KvGeDetail::BoxBase<3, KvGeBox3d, KvGePoint3d> {
+ public:
+  KvGeBox3d() = default;
+  KvGeBox3d(const KvGePoint3d& min, const KvGePoint3d& max) : BoxBase(min, max) {}
+  // Corners (b.Min.x, b.Min.y, zmin) and (b.Max.x, b.Max.y, zmax) with the flags of b's corners.
+  KvGeBox3d(const KvGeBox2d& b, double zmin, double zmax) { Set(b, zmin, zmax); }
+  KvGeBox3d(const KvGeBox3d&) = default;
+  KvGeBox3d& operator=(const KvGeBox3d&) = default;
+  virtual ~KvGeBox3d();
+
+  using BoxBase::Set;
+  KvGeBox3d& Set(const KvGeBox2d& b, double zmin, double zmax) {
+    m_Min.Set(b.Min(), zmin);
+    m_Max.Set(b.Max(), zmax);
+    return *this;
+  }
+  KvGeBox2d Box2d() const { return KvGeBox2d(*this); }
+  double ZExtent() const { return m_Max.z - m_Min.z; }
+
+  // The tests on x and y only.
+  int IsEmpty2d(int strict) const { return IsEmptyOn(2, strict); }
+  int IsDisjoint2d(const KvGeBox3d& b, int strict) const { return (*this & b).IsEmpty2d(strict); }
+  int IsInside2d(const KvGePoint3d& p, int closed) const { return IsInsideOn(2, p, closed, kKvGeLinearTol); }
+  int IsInside2d(const KvGeBox3d& b, int closed) const {
+    return IsInside2d(b.m_Min, closed) && IsInside2d(b.m_Max, closed);
+  }
+
+  // Eight ordinary points: the four plan corners counter-clockwise at Min.z, then at Max.z.
+  void Points(KvGePoint3dArray& points) const;
+  KvGeBox3d& Transform(const KvGeModMat3d& m);
+  KvGeBox3d Transformed(const KvGeModMat3d& m) const { return KvGeBox3d(*this).Transform(m); }
+  // The box of the eight transformed corners; z = Min.z when bit 4 of the corner index is set.
+  KvGeBox3d BoundingBox(const KvGeModMat3d& m) const;
+};
+
+static_assert(sizeof(KvGeBox2d) == sizeof(void*) + 2 * sizeof(KvGePoint2d), "KvGeBox2d layout");
+static_assert(sizeof(KvGeBox3d) == sizeof(void*) + 2 * sizeof(KvGePoint3d), "KvGeBox3d layout");
