@@ -24,3 +24,7 @@
 #include "geometry/points/KvGePoint3d.h"
 
 #include "geometry/curves/KvGeBox2d.h"
+
+#include "geometry/polygons/KvGePolyVert2d.h"
+#include "geometry/polygons/KvGePolygon2d.h"
+#include "geometry/polygons/KvGePolyline2d.h"

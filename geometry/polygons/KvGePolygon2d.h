@@ -1,0 +1,142 @@
+#pragma once
+// Polygons: closed rings of points.
+//
+// - KvGePolygon2d: a plane ring on KvGePoint2dArray; n points give n edges, the last closing to
+//   the first. Its Invert keeps the first vertex and reverses the rest (A, B, C, D becomes A, D,
+//   C, B), so a ring keeps its start point when its orientation changes; the point array's own
+//   Invert reverses the whole sequence. Built from a KvGePolygon3d it takes x and y and clears
+//   every flag of a point at infinity, deliberately: a plan polygon has only finite vertices.
+// - KvGePolygon23d: a ring of 3D points handled in plan, with a height (may be negative): the
+//   vertical extent of the prism it sweeps. Its box adds the height to the top when it is
+//   positive, otherwise to the bottom.
+// - KvGePolygon3d: a ring of 3D points.
+// - KvGePolygon2dArray: a polygon set (one region of several rings, inner rings as holes) with a
+//   further 32-bit value that every copy carries along.
+
+#include <cstdint>
+
+#include "basics/KvBtArray.h"
+#include "basics/UtilityGeometryExport.h"
+#include "geometry/curves/KvGeBox2d.h"
+#include "geometry/points/KvGePoint2dArray.h"
+
+class KvGeModMat2d;
+class KvGeModMat3d;
+
+class KVGE_API KvGePolygon3d : public KvGePoint3dArray {
+ public:
+  KvGePolygon3d() = default;
+  explicit KvGePolygon3d(const KvGePoint3dArray& points) : KvGePoint3dArray(points) {}
+  KvGePolygon3d(const KvGePolygon3d&) = default;
+  KvGePolygon3d& operator=(const KvGePolygon3d&) = default;
+  ~KvGePolygon3d() override;
+};
+
+class KVGE_API KvGePolygon2d : public KvGePoint2dArray {
+ public:
+  KvGePolygon2d() = default;
+  explicit KvGePolygon2d(const KvGePoint2dArray& points) { Set(points); }
+  explicit KvGePolygon2d(const KvGePolygon3d& polygon);
+  KvGePolygon2d(const KvGePolygon2d& other) : KvGePoint2dArray() { Set(other); }
+  KvGePolygon2d& operator=(const KvGePolygon2d& other) { return Set(other); }
+  ~KvGePolygon2d() override;
+
+  // A deep copy of the points; assigning the polygon to itself does nothing.
+  KvGePolygon2d& Set(const KvGePoint2dArray& points) {
+    DeepCopy(points);
+    return *this;
+  }
+  // The first vertex stays first and the others are reversed.
+  KvGePolygon2d& Invert() {
+    NewFirstElement(0, 1);
+    return *this;
+  }
+  KvGePolygon2d Inverted() const { return KvGePolygon2d(*this).Invert(); }
+  // Inverts unless the sense of the ring already equals sense (a ring of area 0 is inverted for
+  // both senses).
+  KvGePolygon2d& Orientate(int sense) {
+    if (Sense() != sense) Invert();
+    return *this;
+  }
+  KvGePolygon2d Orientated(int sense) const { return KvGePolygon2d(*this).Orientate(sense); }
+  KvGePolygon2d& Normalize() {
+    KvGePoint2dArray::Normalize();
+    return *this;
+  }
+  KvGePolygon2d Normalized() const { return KvGePolygon2d(*this).Normalize(); }
+  KvGePolygon2d& Transform(const KvGeModMat2d& m) {
+    KvGePoint2dArray::Transform(m);
+    return *this;
+  }
+  KvGePolygon2d Transformed(const KvGeModMat2d& m) const { return KvGePolygon2d(*this).Transform(m); }
+};
+
+class KVGE_API KvGePolygon23d : public KvGePoint3dArray {
+ public:
+  KvGePolygon23d() = default;
+  KvGePolygon23d(const KvGePoint3dArray& points, double height) { Set(points, height); }
+  KvGePolygon23d(const KvGePolygon23d& other) : KvGePoint3dArray() { Set(other, other.m_Height); }
+  KvGePolygon23d& operator=(const KvGePolygon23d& other) { return Set(other, other.m_Height); }
+  ~KvGePolygon23d() override;
+
+  KvGePolygon23d& Set(const KvGePoint3dArray& points, double height) {
+    DeepCopy(points);
+    m_Height = height;
+    return *this;
+  }
+  double& Height() { return m_Height; }
+  double Height() const { return m_Height; }
+
+  // The signed plan area, positive counter-clockwise, and its sign.
+  double Area() const { return Area2d(); }
+  int Sense() const { return Sense2d(); }
+  // The first vertex stays first and the others are reversed.
+  KvGePolygon23d& Invert() {
+    NewFirstElement(0, 1);
+    return *this;
+  }
+  KvGePolygon23d Inverted() const { return KvGePolygon23d(*this).Invert(); }
+  KvGePolygon23d& Orientate(int sense) {
+    Orientate2d(sense);
+    return *this;
+  }
+  KvGePolygon23d Orientated(int sense) const { return KvGePolygon23d(*this).Orientate(sense); }
+  KvGePolygon23d& Normalize() {
+    Normalize2d();
+    return *this;
+  }
+  KvGePolygon23d Normalized() const { return KvGePolygon23d(*this).Normalize(); }
+  // The box of the points with the height added to the top (height > 0) or else to the bottom.
+  KvGeBox3d BoundingBox() const;
+  // The box B of the transformed points united with B shifted by the image of the height:
+  // height * (m(2,0), m(2,1), m(2,2)), the transformed vertical direction.
+  KvGeBox3d BoundingBox(const KvGeModMat3d& m) const;
+  // The points transformed; the height is kept.
+  KvGePolygon23d& Transform(const KvGeModMat3d& m) {
+    KvGePoint3dArray::Transform(m);
+    return *this;
+  }
+  KvGePolygon23d Transformed(const KvGeModMat3d& m) const { return KvGePolygon23d(*this).Transform(m); }
+
+ private:
+  double m_Height = 0.0;
+};
+
+class KVGE_API KvGePolygon2dArray : public KvBtDynArray<KvGePolygon2d> {
+ public:
+  KvGePolygon2dArray() = default;
+  KvGePolygon2dArray(const KvGePolygon2dArray&) = default;
+  KvGePolygon2dArray& operator=(const KvGePolygon2dArray&) = default;
+  ~KvGePolygon2dArray() override;
+
+  // The further value of the set, carried by every copy and assignment.
+  std::int32_t& Tag() { return m_Tag; }
+  std::int32_t Tag() const { return m_Tag; }
+
+  // The sum of the rings' signed areas, as they run: a hole counts negatively only when it runs
+  // clockwise. 0 for an empty set.
+  double Area() const;
+
+ private:
+  std::int32_t m_Tag = 0;
+};
