@@ -24,7 +24,11 @@
 #include "geometry/points/KvGePoint3d.h"
 
 #include "geometry/curves/KvGeBox2d.h"
+#include "geometry/curves/KvGeLine2d.h"
 
 #include "geometry/polygons/KvGePolyVert2d.h"
 #include "geometry/polygons/KvGePolygon2d.h"
 #include "geometry/polygons/KvGePolyline2d.h"
+
+#include "geometry/intersection/KvGeIntrCalculator2d.h"
+#include "geometry/intersection/KvGeIntrPoint2d.h"

@@ -1,0 +1,193 @@
+#pragma once
+// Intersection calculators: collect the intersection records of two objects, order them along
+// each object and cut each object into typed parts between consecutive records.
+//
+// A new calculator holds the two sentinels kNegInfinity and kPosInfinity, so every order begins
+// and ends with them and the parts cover the whole object. Sorting builds a permutation of the
+// records (quicksort, middle entry as pivot above 8 entries, exchange sort below; not stable).
+// Cutting walks the sorted records and sums the crossing counts with respect to the other
+// object (the crossover is deliberate: walking along object 0 counts how it crosses object 1,
+// CutCode1). A part whose end parameters are equal within 0.001 has type 0 (no length; segment
+// indices are not compared); otherwise the running count s gives +1 (inside) when s <= -2, 0
+// (on the boundary) when s = -1 and -1 (outside) when s >= 0.
+//
+// Accessors clamp: an index at or beyond the size (an unsigned index "below 0" included) gives
+// the last element, and so does a permutation entry outside the record array. Reading parts
+// before any Calculate call gives a default part rather than touching missing storage.
+//
+// The calculator is built once per query: records, parts and permutations keep their storage
+// between sorts and cuts, and growing follows the arrays' geometric policy. Copies are deep and
+// own their own permutations.
+
+#include <memory>
+
+#include "basics/KvBtArray.h"
+#include "basics/UtilityGeometryExport.h"
+#include "basics/companion/KvTlPermVector.h"
+#include "geometry/intersection/KvGeIntrPoint2d.h"
+
+class KvGeIntrCalculator2d;
+class KvGeIntrCalculator23d;
+
+// Orders two record indices of a calculator along object 0 or 1 (Compare0 or Compare1); equal
+// indices compare 0.
+class KVGE_API KvGeIntrPoint2dCO {
+ public:
+  using Calculator = KvGeIntrCalculator2d;
+  KvGeIntrPoint2dCO(const KvGeIntrCalculator2d& calculator, int object) : m_Calculator(&calculator), m_Object(object) {}
+  virtual ~KvGeIntrPoint2dCO();
+  int operator()(int a, int b) const;
+
+ private:
+  const KvGeIntrCalculator2d* m_Calculator;
+  int m_Object;
+};
+
+class KVGE_API KvGeIntrPoint3dCO {
+ public:
+  using Calculator = KvGeIntrCalculator23d;
+  KvGeIntrPoint3dCO(const KvGeIntrCalculator23d& calculator, int object)
+      : m_Calculator(&calculator), m_Object(object) {}
+  virtual ~KvGeIntrPoint3dCO();
+  int operator()(int a, int b) const;
+
+ private:
+  const KvGeIntrCalculator23d* m_Calculator;
+  int m_Object;
+};
+
+namespace KvGeDetail {
+
+template <class Records, class R, class Part, class CO>
+class IntrCalculatorBase : public Records {
+ public:
+  IntrCalculatorBase() : m_Perm0(new KvTlPermVector), m_Perm1(new KvTlPermVector) {
+    this->Add(R::kNegInfinity);
+    this->Add(R::kPosInfinity);
+  }
+  IntrCalculatorBase(const IntrCalculatorBase& o)
+      : Records(o),
+        m_Parts0(o.m_Parts0),
+        m_Parts1(o.m_Parts1),
+        m_Perm0(new KvTlPermVector(*o.m_Perm0)),
+        m_Perm1(new KvTlPermVector(*o.m_Perm1)) {}
+  IntrCalculatorBase& operator=(const IntrCalculatorBase& o) {
+    if (this != &o) {
+      Records::operator=(o);
+      m_Parts0 = o.m_Parts0;
+      m_Parts1 = o.m_Parts1;
+      *m_Perm0 = *o.m_Perm0;
+      *m_Perm1 = *o.m_Perm1;
+    }
+    return *this;
+  }
+
+  void Calculate() {
+    SortIntrPoints0();
+    CalculateParts0();
+    SortIntrPoints1();
+    CalculateParts1();
+  }
+  void Calculate0() {
+    SortIntrPoints0();
+    CalculateParts0();
+  }
+  void Calculate1() {
+    SortIntrPoints1();
+    CalculateParts1();
+  }
+
+  // The number of parts (not of records).
+  int GetSize0() const { return m_Parts0.GetSize(); }
+  int GetSize1() const { return m_Parts1.GetSize(); }
+  // The i-th record in the order along object 0 or 1.
+  R& Element0(unsigned i) { return Record(*m_Perm0, i); }
+  const R& Element0(unsigned i) const { return Record(*m_Perm0, i); }
+  R& Element1(unsigned i) { return Record(*m_Perm1, i); }
+  const R& Element1(unsigned i) const { return Record(*m_Perm1, i); }
+  // The i-th part along object 0 or 1.
+  Part& Part0(unsigned i) { return m_Parts0.ElementAt(Clamp(i, m_Parts0.GetSize())); }
+  const Part& Part0(unsigned i) const { return m_Parts0.ElementAt(Clamp(i, m_Parts0.GetSize())); }
+  Part& Part1(unsigned i) { return m_Parts1.ElementAt(Clamp(i, m_Parts1.GetSize())); }
+  const Part& Part1(unsigned i) const { return m_Parts1.ElementAt(Clamp(i, m_Parts1.GetSize())); }
+
+  const KvBtDynArray<Part>& Parts0() const { return m_Parts0; }
+  const KvBtDynArray<Part>& Parts1() const { return m_Parts1; }
+  const KvTlPermVector& Perm0() const { return *m_Perm0; }
+  const KvTlPermVector& Perm1() const { return *m_Perm1; }
+
+  // Reachable by the intersection and containment functions, which fill a calculator and may
+  // cut along an order they have set up themselves.
+  void SortIntrPoints0() { Sort(*m_Perm0, 0); }
+  void SortIntrPoints1() { Sort(*m_Perm1, 1); }
+  void CalculateParts0() { Cut(*m_Perm0, m_Parts0, 0); }
+  void CalculateParts1() { Cut(*m_Perm1, m_Parts1, 1); }
+
+ private:
+  static int Clamp(unsigned i, int size) { return i >= static_cast<unsigned>(size) ? size - 1 : static_cast<int>(i); }
+
+  R& Record(const KvTlPermVector& perm, unsigned i) { return this->ElementAt(Entry(perm, i)); }
+  const R& Record(const KvTlPermVector& perm, unsigned i) const { return this->ElementAt(Entry(perm, i)); }
+  // The record index of position i of the order; ElementAt clamps an entry out of range.
+  static int Entry(const KvTlPermVector& perm, unsigned i) {
+    return perm.GetSize() == 0 ? -1 : perm.GetAt(Clamp(i, perm.GetSize()));
+  }
+
+  void Sort(KvTlPermVector& perm, int object) {
+    perm.SetSize(this->GetSize());
+    perm.SetIdentity();
+    perm.Sort(CO(static_cast<const typename CO::Calculator&>(*this), object));
+  }
+
+  void Cut(const KvTlPermVector& perm, KvBtDynArray<Part>& parts, int object) {
+    const int n = perm.GetSize() < 2 ? 0 : perm.GetSize() - 1;
+    // Reuses the storage of the previous cut; grows once when more parts are needed.
+    parts.RemoveAt(0, parts.GetSize());
+    parts.SetSize(n);
+    int s = 0;
+    for (int i = 0; i < n; ++i) {
+      const R& p = Record(perm, static_cast<unsigned>(i));
+      const R& q = Record(perm, static_cast<unsigned>(i + 1));
+      s += object == 0 ? p.CutCode1() : p.CutCode0();
+      const double tp = object == 0 ? p.Param0() : p.Param1();
+      const double tq = object == 0 ? q.Param0() : q.Param1();
+      int type;
+      if (IsEqual(tq, tp, kKvGeLinearTol))
+        type = 0;
+      else if (s <= -2)
+        type = 1;
+      else if (s == -1)
+        type = 0;
+      else
+        type = -1;
+      parts.ElementAt(i).Set(p, q, type);
+    }
+  }
+
+  KvBtDynArray<Part> m_Parts0;
+  KvBtDynArray<Part> m_Parts1;
+  std::unique_ptr<KvTlPermVector> m_Perm0;
+  std::unique_ptr<KvTlPermVector> m_Perm1;
+};
+
+}  // namespace KvGeDetail
+
+class KVGE_API KvGeIntrCalculator2d
+    : public KvGeDetail::IntrCalculatorBase<KvGeIntrPoint2dArray, KvGeIntrPoint2d, KvGeIntrPart2d,
+                                            KvGeIntrPoint2dCO> {
+ public:
+  KvGeIntrCalculator2d() = default;
+  KvGeIntrCalculator2d(const KvGeIntrCalculator2d&) = default;
+  KvGeIntrCalculator2d& operator=(const KvGeIntrCalculator2d&) = default;
+  ~KvGeIntrCalculator2d() override;
+};
+
+class KVGE_API KvGeIntrCalculator23d
+    : public KvGeDetail::IntrCalculatorBase<KvBtDynArray<KvGeIntrPoint3d>, KvGeIntrPoint3d, KvGeIntrPart3d,
+                                            KvGeIntrPoint3dCO> {
+ public:
+  KvGeIntrCalculator23d() = default;
+  KvGeIntrCalculator23d(const KvGeIntrCalculator23d&) = default;
+  KvGeIntrCalculator23d& operator=(const KvGeIntrCalculator23d&) = default;
+  ~KvGeIntrCalculator23d() override;
+};

@@ -1,0 +1,256 @@
+#pragma once
+// Intersection records. When two objects (object 0 and object 1) are intersected, each meeting
+// point is kept as a record that knows where it lies on both: the point itself, the crossing
+// sense, an end code per object (-1 at the start of its segment, 0 inside, +1 at the end), the
+// parameter within the segment and the segment index per object, and a number for the producer.
+//
+// Records are ordered along an object by segment index (unsigned), then by parameter with the
+// fixed tolerance 0.001: parameters no more than 0.001 apart on one segment compare equal.
+// kNegInfinity (segment 0, parameter -1e9) sorts before and kPosInfinity (segment 0x7FFFFFFF,
+// parameter 1e9) after every real record. operator== and != of records and parts always answer
+// 0, deliberately: they exist so that the array templates can hold records, which are compared
+// only through Compare0 and Compare1.
+//
+// A part is the piece between two records along an object, with the type the calculator gave it
+// (+1 inside, 0 on the boundary, -1 outside). Its tests take a closed flag: a part whose ends
+// compare equal is empty when open and not empty when closed.
+
+#include <cstdint>
+
+#include "basics/KvBtArray.h"
+#include "basics/KvGeTolerance.h"
+#include "basics/UtilityGeometryExport.h"
+#include "basics/companion/KvBtCompare.h"
+#include "geometry/points/KvGePoint2d.h"
+#include "geometry/points/KvGePoint3d.h"
+
+namespace KvGeDetail {
+
+template <class P, class R>
+class IntrPointBase : public P {
+ public:
+  IntrPointBase() = default;
+  IntrPointBase(const P& point, int crossSense, int endCode0, int endCode1, double param0, double param1,
+                std::uint32_t segment0, std::uint32_t segment1, std::uint32_t info)
+      : P(point),
+        m_CrossSense(crossSense),
+        m_EndCode0(endCode0),
+        m_EndCode1(endCode1),
+        m_Param0(param0),
+        m_Param1(param1),
+        m_Segment0(segment0),
+        m_Segment1(segment1),
+        m_Info(info) {}
+
+  R& Set(const P& point, int crossSense, int endCode0, int endCode1, double param0, double param1,
+         std::uint32_t segment0, std::uint32_t segment1, std::uint32_t info) {
+    return Self() = R(point, crossSense, endCode0, endCode1, param0, param1, segment0, segment1, info);
+  }
+
+  int& CrossSense() { return m_CrossSense; }
+  int CrossSense() const { return m_CrossSense; }
+  int& EndCode0() { return m_EndCode0; }
+  int EndCode0() const { return m_EndCode0; }
+  int& EndCode1() { return m_EndCode1; }
+  int EndCode1() const { return m_EndCode1; }
+  double& Param0() { return m_Param0; }
+  double Param0() const { return m_Param0; }
+  double& Param1() { return m_Param1; }
+  double Param1() const { return m_Param1; }
+  std::uint32_t& Segment0() { return m_Segment0; }
+  std::uint32_t Segment0() const { return m_Segment0; }
+  std::uint32_t& Segment1() { return m_Segment1; }
+  std::uint32_t Segment1() const { return m_Segment1; }
+  std::uint32_t& Info() { return m_Info; }
+  std::uint32_t Info() const { return m_Info; }
+
+  // The crossing count with respect to object 0: CrossSense at a segment end, twice CrossSense
+  // inside a segment, so that a crossing at a shared vertex, reported by both neighbouring
+  // segments, adds up to the same count.
+  int CutCode0() const { return m_EndCode0 != 0 ? m_CrossSense : 2 * m_CrossSense; }
+  int CutCode1() const { return m_EndCode1 != 0 ? m_CrossSense : 2 * m_CrossSense; }
+
+  // -1, 0 or 1 along object 0: by segment index, then by parameter within 0.001.
+  int Compare0(const R& o) const { return Order(m_Segment0, m_Param0, o.m_Segment0, o.m_Param0); }
+  int Compare1(const R& o) const { return Order(m_Segment1, m_Param1, o.m_Segment1, o.m_Param1); }
+
+  // Always 0: records are compared only by Compare0 and Compare1.
+  int operator==(const R&) const { return 0; }
+  int operator!=(const R&) const { return 0; }
+
+ private:
+  static int Order(std::uint32_t s, double t, std::uint32_t os, double ot) {
+    if (s < os) return -1;
+    if (s > os) return 1;
+    return KvBtRealCompare(t, ot, kKvGeLinearTol);
+  }
+  R& Self() { return static_cast<R&>(*this); }
+
+  int m_CrossSense = 0;
+  int m_EndCode0 = 0;
+  int m_EndCode1 = 0;
+  double m_Param0 = 0.0;
+  double m_Param1 = 0.0;
+  std::uint32_t m_Segment0 = 0;
+  std::uint32_t m_Segment1 = 0;
+  std::uint32_t m_Info = 0;
+};
+
+// The selectors; on a tie each returns its second argument.
+template <class R>
+R MinOf0(const R& a, const R& b) {
+  return a.Compare0(b) < 0 ? a : b;
+}
+template <class R>
+R MaxOf0(const R& a, const R& b) {
+  return a.Compare0(b) <= 0 ? b : a;
+}
+template <class R>
+R MinOf1(const R& a, const R& b) {
+  return a.Compare1(b) < 0 ? a : b;
+}
+template <class R>
+R MaxOf1(const R& a, const R& b) {
+  return a.Compare1(b) <= 0 ? b : a;
+}
+
+template <class R, class Part>
+class IntrPartBase {
+ public:
+  IntrPartBase() = default;
+  IntrPartBase(const R& min, const R& max, int type) : m_Type(type), m_Min(min), m_Max(max) {}
+
+  Part& Set(const R& min, const R& max, int type) {
+    m_Type = type;
+    m_Min = min;
+    m_Max = max;
+    return static_cast<Part&>(*this);
+  }
+  int& Type() { return m_Type; }
+  int Type() const { return m_Type; }
+  R& Min() { return m_Min; }
+  const R& Min() const { return m_Min; }
+  R& Max() { return m_Max; }
+  const R& Max() const { return m_Max; }
+
+  void Include0(const R& p) { Include(p, p, &R::Compare0); }
+  void Include0(const Part& q) { Include(q.m_Min, q.m_Max, &R::Compare0); }
+  void Include1(const R& p) { Include(p, p, &R::Compare1); }
+  void Include1(const Part& q) { Include(q.m_Min, q.m_Max, &R::Compare1); }
+  void Intersect0(const Part& q) {
+    m_Min = MaxOf0(m_Min, q.m_Min);
+    m_Max = MinOf0(m_Max, q.m_Max);
+  }
+  void Intersect1(const Part& q) {
+    m_Min = MaxOf1(m_Min, q.m_Min);
+    m_Max = MinOf1(m_Max, q.m_Max);
+  }
+  int IsEmpty0(int closed) const { return IsEmpty(closed, &R::Compare0); }
+  int IsEmpty1(int closed) const { return IsEmpty(closed, &R::Compare1); }
+  int IsDisjoint0(const Part& q, int closed) const {
+    Part c(static_cast<const Part&>(*this));
+    c.Intersect0(q);
+    return c.IsEmpty0(closed);
+  }
+  int IsDisjoint1(const Part& q, int closed) const {
+    Part c(static_cast<const Part&>(*this));
+    c.Intersect1(q);
+    return c.IsEmpty1(closed);
+  }
+  int IsInside0(const R& p, int closed) const { return IsInside(p, closed, &R::Compare0); }
+  int IsInside0(const Part& q, int closed) const {
+    return IsInside(q.m_Min, closed, &R::Compare0) && IsInside(q.m_Max, closed, &R::Compare0);
+  }
+  int IsInside1(const R& p, int closed) const { return IsInside(p, closed, &R::Compare1); }
+  int IsInside1(const Part& q, int closed) const {
+    return IsInside(q.m_Min, closed, &R::Compare1) && IsInside(q.m_Max, closed, &R::Compare1);
+  }
+
+  // Always 0, as for the records.
+  int operator==(const Part&) const { return 0; }
+  int operator!=(const Part&) const { return 0; }
+
+ private:
+  using Order = int (IntrPointBase<typename R::PointType, R>::*)(const R&) const;
+  void Include(const R& lo, const R& hi, Order cmp) {
+    if ((m_Min.*cmp)(lo) > 0) m_Min = lo;
+    if ((m_Max.*cmp)(hi) < 0) m_Max = hi;
+  }
+  int IsEmpty(int closed, Order cmp) const {
+    const int c = (m_Min.*cmp)(m_Max);
+    return (closed ? c > 0 : c >= 0) ? 1 : 0;
+  }
+  int IsInside(const R& p, int closed, Order cmp) const {
+    const int lo = (m_Min.*cmp)(p), hi = (p.*cmp)(m_Max);
+    return (closed ? (lo <= 0 && hi <= 0) : (lo < 0 && hi < 0)) ? 1 : 0;
+  }
+
+  int m_Type = 0;
+  R m_Min;
+  R m_Max;
+};
+
+}  // namespace KvGeDetail
+
+class KVGE_API KvGeIntrPoint2d : public KvGeDetail::IntrPointBase<KvGePoint2d, KvGeIntrPoint2d> {
+ public:
+  using PointType = KvGePoint2d;
+  using IntrPointBase::IntrPointBase;
+  KvGeIntrPoint2d() = default;
+  KvGeIntrPoint2d(const KvGeIntrPoint2d&) = default;
+  KvGeIntrPoint2d& operator=(const KvGeIntrPoint2d&) = default;
+  ~KvGeIntrPoint2d() override;
+
+  static const KvGeIntrPoint2d kNegInfinity;
+  static const KvGeIntrPoint2d kPosInfinity;
+};
+
+class KVGE_API KvGeIntrPoint3d : public KvGeDetail::IntrPointBase<KvGePoint3d, KvGeIntrPoint3d> {
+ public:
+  using PointType = KvGePoint3d;
+  using IntrPointBase::IntrPointBase;
+  KvGeIntrPoint3d() = default;
+  KvGeIntrPoint3d(const KvGeIntrPoint3d&) = default;
+  KvGeIntrPoint3d& operator=(const KvGeIntrPoint3d&) = default;
+  ~KvGeIntrPoint3d() override;
+
+  static const KvGeIntrPoint3d kNegInfinity;
+  static const KvGeIntrPoint3d kPosInfinity;
+};
+
+class KVGE_API KvGeIntrPart2d : public KvGeDetail::IntrPartBase<KvGeIntrPoint2d, KvGeIntrPart2d> {
+ public:
+  using IntrPartBase::IntrPartBase;
+  KvGeIntrPart2d() = default;
+  KvGeIntrPart2d(const KvGeIntrPart2d&) = default;
+  KvGeIntrPart2d& operator=(const KvGeIntrPart2d&) = default;
+  virtual ~KvGeIntrPart2d();
+};
+
+class KVGE_API KvGeIntrPart3d : public KvGeDetail::IntrPartBase<KvGeIntrPoint3d, KvGeIntrPart3d> {
+ public:
+  using IntrPartBase::IntrPartBase;
+  KvGeIntrPart3d() = default;
+  KvGeIntrPart3d(const KvGeIntrPart3d&) = default;
+  KvGeIntrPart3d& operator=(const KvGeIntrPart3d&) = default;
+  virtual ~KvGeIntrPart3d();
+};
+
+class KVGE_API KvGeIntrPoint2dArray : public KvBtDynArray<KvGeIntrPoint2d> {
+ public:
+  KvGeIntrPoint2dArray() = default;
+  KvGeIntrPoint2dArray(const KvGeIntrPoint2dArray&) = default;
+  KvGeIntrPoint2dArray& operator=(const KvGeIntrPoint2dArray&) = default;
+  ~KvGeIntrPoint2dArray() override;
+};
+
+// Min0(a, b) is a when a sorts before b along object 0, else b; Max0(a, b) is b unless a sorts
+// after b. A tie gives the second argument. Min1 and Max1 order along object 1.
+KVGE_API KvGeIntrPoint2d Min0(const KvGeIntrPoint2d& a, const KvGeIntrPoint2d& b);
+KVGE_API KvGeIntrPoint2d Max0(const KvGeIntrPoint2d& a, const KvGeIntrPoint2d& b);
+KVGE_API KvGeIntrPoint2d Min1(const KvGeIntrPoint2d& a, const KvGeIntrPoint2d& b);
+KVGE_API KvGeIntrPoint2d Max1(const KvGeIntrPoint2d& a, const KvGeIntrPoint2d& b);
+KVGE_API KvGeIntrPoint3d Min0(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b);
+KVGE_API KvGeIntrPoint3d Max0(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b);
+KVGE_API KvGeIntrPoint3d Min1(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b);
+KVGE_API KvGeIntrPoint3d Max1(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b);
