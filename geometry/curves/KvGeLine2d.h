@@ -152,8 +152,7 @@ class KVGE_API KvGeLine23d : public KvGeDetail::LineBase<KvGePoint3d, KvGeBox3d>
   KvGeLine23d& operator=(const KvGeLine23d&) = default;
   virtual ~KvGeLine23d();
 
-  KvGeLine23d& Set(const KvGePoint3d& p1, const KvGePoint3d& p2, int segment = 1, double height = 0.0,
-                   int sense = 1) {
+  KvGeLine23d& Set(const KvGePoint3d& p1, const KvGePoint3d& p2, int segment = 1, double height = 0.0, int sense = 1) {
     return *this = KvGeLine23d(p1, p2, segment, height, sense);
   }
   double& Height() { return m_Height; }

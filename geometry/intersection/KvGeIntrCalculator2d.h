@@ -173,8 +173,7 @@ class IntrCalculatorBase : public Records {
 }  // namespace KvGeDetail
 
 class KVGE_API KvGeIntrCalculator2d
-    : public KvGeDetail::IntrCalculatorBase<KvGeIntrPoint2dArray, KvGeIntrPoint2d, KvGeIntrPart2d,
-                                            KvGeIntrPoint2dCO> {
+    : public KvGeDetail::IntrCalculatorBase<KvGeIntrPoint2dArray, KvGeIntrPoint2d, KvGeIntrPart2d, KvGeIntrPoint2dCO> {
  public:
   KvGeIntrCalculator2d() = default;
   KvGeIntrCalculator2d(const KvGeIntrCalculator2d&) = default;
