@@ -59,6 +59,16 @@ int main() {
   std::printf("  circle through three points: centre (%g, %g, %g), radius %g\n\n", centre.x, centre.y, centre.z,
               radius);
 
+  std::printf("Intersection calculator (a line entering and leaving a region):\n");
+  KvGeIntrCalculator2d calc;
+  calc.Add(KvGeIntrPoint2d(KvGePoint2d(3, 0), -1, 0, 0, 0.3, 0.0, 0, 0, 0));
+  calc.Add(KvGeIntrPoint2d(KvGePoint2d(7, 0), 1, 0, 0, 0.7, 0.0, 0, 2, 0));
+  calc.Calculate0();
+  for (int i = 0; i < calc.GetSize0(); ++i)
+    std::printf("  part %g .. %g: %s\n", calc.Part0(i).Min().Param0(), calc.Part0(i).Max().Param0(),
+                calc.Part0(i).Type() > 0 ? "inside" : (calc.Part0(i).Type() == 0 ? "boundary" : "outside"));
+  std::printf("\n");
+
   std::printf("Arrays (cyclic access, growth 1, 5, 9, ...):\n");
   KvBtDynArray<KvGeVector2> ring;
   for (int i = 0; i < 6; ++i) ring.Add(KvGeVector2(i, i * i));
