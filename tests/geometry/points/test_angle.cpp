@@ -19,10 +19,6 @@ TEST(Angle, ConstructionAndConstants) {
   EXPECT_DOUBLE_EQ(KvGeAngle(0.0, -1.0).Rad(), -kPi / 2);  // not normalised on construction
   EXPECT_EQ(KvGeAngle().SetDeg(180).Rad(), 180 * 0.017453292519943295);
   EXPECT_EQ(KvGeAngle(1.0).Deg(), 57.29577951308232);
-  const KvGeAngle* constants[] = {&KvGeAngle_Deg0(),  &KvGeAngle_Deg30(),  &KvGeAngle_Deg45(),  &KvGeAngle_Deg60(),
-                                  &KvGeAngle_Deg90(), &KvGeAngle_Deg180(), &KvGeAngle_Deg270(), &KvGeAngle_Deg360()};
-  const double degrees[] = {0, 30, 45, 60, 90, 180, 270, 360};
-  for (int i = 0; i < 8; ++i) EXPECT_NEAR(constants[i]->Deg(), degrees[i], 1e-12);
   EXPECT_EQ(&KvGeAngle_Deg90(), &KvGeAngle_Deg90());  // one object, built once
   double r = 0, h = 0;
   KvGeAngle a, b;
@@ -52,9 +48,6 @@ TEST(Angle, ArithmeticAndTrigonometry) {
   EXPECT_NEAR(KvGeAngle().ArcCot(0.0).Rad(), kPi / 2, 1e-15);
   EXPECT_NEAR(KvGeAngle().ArcCot(-0.0).Rad(), -kPi / 2, 1e-15);
   EXPECT_NEAR(KvGeAngle().ArcCot(-1e-3).Rad(), std::atan(-1e3), 1e-15);  // not pi/2 - arctan x
-  EXPECT_NEAR(KvGeAngle().ArcTan(1).Rad(), kPi / 4, 1e-15);
-  EXPECT_NEAR(KvGeAngle().ArcCos(-1).Rad(), kPi, 1e-15);
-  EXPECT_NEAR(KvGeAngle().ArcSin(-1).Rad(), -kPi / 2, 1e-15);
   EXPECT_NEAR(KvGeAngle_Deg45().Cot(), 1.0, 1e-15);
   KvGeAngle lo, hi;
   CalcMinMax(KvGeAngle(2.0), KvGeAngle(1.0), lo, hi);

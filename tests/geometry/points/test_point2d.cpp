@@ -149,11 +149,6 @@ TEST(Point2d, ProjectionAndBetweenness) {
 }
 
 TEST(Point2d, FreeFunctionsAndDirections) {
-  EXPECT_NEAR(Distance2d(P(1, 1), P(4, 5)), 5.0, 1e-15);
-  EXPECT_EQ(DistanceSqr2d(P(1, 1), P(4, 5)), 25.0);
-  EXPECT_EQ(DotProduct2d(P(1, 2), P(3, 4)), 11.0);
-  EXPECT_EQ(P(1, 2) * P(3, 4), 11.0);
-  EXPECT_EQ(Determinate(P(1, 0), P(0, 1)), 1.0);
   ExpectPoint(Normal(P(2, 3, 1)), -3, 2, 1);
   EXPECT_NEAR(Angle2d(P(1, 1), P(1, 3)).Rad(), kPi / 2, 1e-15);
   EXPECT_EQ(IsSimelarlyDirected(P(1, 0), P(5, 0.000004)), 1);
