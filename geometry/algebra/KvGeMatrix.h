@@ -154,25 +154,9 @@ class MatrixBase {
     return r;
   }
   // The largest sum of absolute values along a row.
-  double Norm1() const {
-    double r = 0.0;
-    for (unsigned i = 0; i < N; ++i) {
-      double s = 0.0;
-      for (unsigned j = 0; j < N; ++j) s += std::fabs(At(i, j));
-      r = std::fmax(r, s);
-    }
-    return r;
-  }
+  double Norm1() const { return LargestLineSum(true); }
   // The largest sum of absolute values down a column.
-  double NormInfinity() const {
-    double r = 0.0;
-    for (unsigned j = 0; j < N; ++j) {
-      double s = 0.0;
-      for (unsigned i = 0; i < N; ++i) s += std::fabs(At(i, j));
-      r = std::fmax(r, s);
-    }
-    return r;
-  }
+  double NormInfinity() const { return LargestLineSum(false); }
   // 1 when no element differs by more than eps.
   int IsEqualTo(const M& o, double eps = kKvGeLinearTol) const {
     for (unsigned k = 0; k < N * N; ++k)
@@ -310,6 +294,16 @@ class MatrixBase {
   double m_Elements[N * N];
 
  private:
+  // The largest sum of absolute values along a row (rows set) or down a column.
+  double LargestLineSum(bool rows) const {
+    double r = 0.0;
+    for (unsigned i = 0; i < N; ++i) {
+      double s = 0.0;
+      for (unsigned j = 0; j < N; ++j) s += std::fabs(rows ? At(i, j) : At(j, i));
+      r = std::fmax(r, s);
+    }
+    return r;
+  }
   // b x Q where Qt is given: component j is the dot product of b with row j of Qt.
   static V Times(const V& b, const M& qt) {
     V r;

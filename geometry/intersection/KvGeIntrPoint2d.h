@@ -158,13 +158,9 @@ class IntrPartBase {
     return c.IsEmpty1(closed);
   }
   int IsInside0(const R& p, int closed) const { return IsInside(p, closed, &R::Compare0); }
-  int IsInside0(const Part& q, int closed) const {
-    return IsInside(q.m_Min, closed, &R::Compare0) && IsInside(q.m_Max, closed, &R::Compare0);
-  }
+  int IsInside0(const Part& q, int closed) const { return IsInside0(q.m_Min, closed) && IsInside0(q.m_Max, closed); }
   int IsInside1(const R& p, int closed) const { return IsInside(p, closed, &R::Compare1); }
-  int IsInside1(const Part& q, int closed) const {
-    return IsInside(q.m_Min, closed, &R::Compare1) && IsInside(q.m_Max, closed, &R::Compare1);
-  }
+  int IsInside1(const Part& q, int closed) const { return IsInside1(q.m_Min, closed) && IsInside1(q.m_Max, closed); }
 
   // Always 0, as for the records.
   int operator==(const Part&) const { return 0; }
