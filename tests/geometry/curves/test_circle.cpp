@@ -39,42 +39,30 @@ KvGePoint2dArray Polygon(int n, double r, double cx, double cy, int sense = 1) {
 TEST(Circle, ThreePointsBands) {
   struct Row {
     P p1, p2, p3;
-    int ok;
+    int ok;  // and the sense
   };
   const Row rows[] = {
-      {P(0, 0), P(1, 0), P(1, 1), 1},
-      {P(0, 0), P(1, 0), P(2, 0), 0},             // collinear
-      {P(0, 0), P(0.0009, 0), P(1, 1), 0},        // first chord within 0.001
-      {P(0, 0), P(0.0011, 0), P(1, 1), 1},        //
-      {P(0, 0), P(1, 0), P(2, 0.9e-6), 0},        // sine of the turn within 1e-6
-      {P(0, 0), P(1, 0), P(2, 1.1e-6), 1},        //
-      {P(0, 0), P(1, 0), P(std::nan(""), 1), 0},  // no NaN circle
+      {P(0, 0), P(1, 0), P(1, 1), 1},      {P(1, 1), P(1, 0), P(0, 0), -1},
+      {P(0, 0), P(1, 0), P(2, 0), 0},      {P(0, 0), P(0.0009, 0), P(1, 1), 0},
+      {P(0, 0), P(0.0011, 0), P(1, 1), 1}, {P(0, 0), P(1, 0), P(2, 0.9e-6), 0},  // sine of the turn 1e-6
+      {P(0, 0), P(1, 0), P(2, 1.1e-6), 1}, {P(0, 0), P(1, 0), P(std::nan(""), 1), 0},
   };
   for (const Row& r : rows) {
     SCOPED_TRACE(testing::Message() << r.p2.x << " " << r.p3.y);
     C c(P(7, 7), 3, -1);
     A a(P(7, 7), 3, 1, 2);
-    EXPECT_EQ(c.By3Points(r.p1, r.p2, r.p3), r.ok);
-    EXPECT_EQ(a.By3Points(r.p1, r.p2, r.p3), r.ok);
+    EXPECT_EQ(c.By3Points(r.p1, r.p2, r.p3), r.ok != 0);
+    EXPECT_EQ(a.By3Points(r.p1, r.p2, r.p3), r.ok != 0);
     if (!r.ok) {
       EXPECT_TRUE(c == C(P(7, 7), 3, -1));
       EXPECT_TRUE(a == A(P(7, 7), 3, 1, 2));
       continue;
     }
     EXPECT_NEAR(Distance2d(c.Center(), r.p3), c.Radius(), 1e-6 * c.Radius());
-    EXPECT_EQ(c.Sense(), 1);
-    EXPECT_TRUE(a.BegPoint() == r.p1);
-    EXPECT_TRUE(a.EndPoint() == r.p3);
+    EXPECT_EQ(c.Sense(), r.ok);
+    EXPECT_EQ(a.Sense(), r.ok);
+    EXPECT_TRUE(a.BegPoint() == r.p1 && a.EndPoint() == r.p3);
   }
-  C c;
-  ASSERT_EQ(c.By3Points(P(1, 1), P(1, 0), P(0, 0)), 1);  // right turn
-  EXPECT_EQ(c.Sense(), -1);
-  EXPECT_TRUE(c.Center() == P(0.5, 0.5));
-  A a;
-  ASSERT_EQ(a.By3Points(P(1, 0), P(0, 1), P(-1, 0)), 1);
-  EXPECT_NEAR(a.End().Rad() - a.Beg().Rad(), kPi, 1e-12);
-  ASSERT_EQ(a.By3Points(P(1, 0), P(0, -1), P(-1, 0)), 1);
-  EXPECT_NEAR(a.End().Rad() - a.Beg().Rad(), -kPi, 1e-12);
 }
 
 TEST(Circle, TwoPointConstructions) {
@@ -92,8 +80,6 @@ TEST(Circle, TwoPointConstructions) {
       {1.0, 1, 1, 1, P(1, 0), kPi},                    // chord equal to the diameter
       {0.99955, 1, 1, 1, P(1, 0), kPi},                // 0.0009 longer: the midpoint
       {0.99945, 1, 1, 0, P(), 0},                      // 0.0011 longer
-      {0.999, 1, 1, 0, P(), 0},
-      {-1.0, 1, 1, 0, P(), 0},
   };
   for (const Row& r : rows) {
     SCOPED_TRACE(testing::Message() << r.radius << " side " << r.side << " sense " << r.sense);
@@ -112,28 +98,22 @@ TEST(Circle, TwoPointConstructions) {
   }
   EXPECT_EQ(C().By2PointsRadius(P(0, 0), P(0.0009, 0), 1, 1, 1), 0);
 
-  struct Bulge {
-    double bulge;
-    int ok;
-    P center;
-    int sense;
-  };
-  const Bulge bulges[] = {{1, 1, P(1, 0), 1},         {-1, 1, P(1, 0), -1}, {0.5, 1, P(1, 0.75), 1},
-                          {-0.5, 1, P(1, -0.75), -1}, {0.0009, 0, P(), 0},  {0.0011, 1, P(1, 454.5452), 1}};
-  for (const Bulge& r : bulges) {
-    SCOPED_TRACE(r.bulge);
+  // Bulge, centre y (x is 1) and sense; a bulge within 0.001 of 0 fails.
+  const double bulges[][3] = {{1, 0, 1}, {-1, 0, -1}, {0.5, 0.75, 1}, {0.0009, 0, 0}, {0.0011, 454.5, 1}};
+  for (const auto& r : bulges) {
+    SCOPED_TRACE(r[0]);
     C c(P(9, 9), 4, 1);
     A a;
-    EXPECT_EQ(c.By2PointsBulge(P(0, 0), P(2, 0), r.bulge), r.ok);
-    EXPECT_EQ(a.By2PointsBulge(P(0, 0), P(2, 0), r.bulge), r.ok);
-    if (!r.ok) {
+    EXPECT_EQ(c.By2PointsBulge(P(0, 0), P(2, 0), r[0]), r[2] != 0);
+    EXPECT_EQ(a.By2PointsBulge(P(0, 0), P(2, 0), r[0]), r[2] != 0);
+    if (r[2] == 0) {
       EXPECT_TRUE(c == C(P(9, 9), 4, 1));
       continue;
     }
-    EXPECT_TRUE(c.Center().IsEqualTo(r.center, 1e-3 * c.Radius()));
-    EXPECT_EQ(c.Sense(), r.sense);
-    EXPECT_EQ(a.Sense(), r.sense);
-    EXPECT_NEAR(a.Bulge(), std::fabs(r.bulge), 1e-9);  // the bulge carries no direction
+    EXPECT_TRUE(c.Center().IsEqualTo(P(1, r[1]), 1e-3 * c.Radius()));
+    EXPECT_EQ(c.Sense(), r[2]);
+    EXPECT_EQ(a.Sense(), r[2]);
+    EXPECT_NEAR(a.Bulge(), std::fabs(r[0]), 1e-9);  // the bulge carries no direction
     EXPECT_TRUE(a.EndPoint() == P(2, 0));
   }
 
@@ -143,10 +123,6 @@ TEST(Circle, TwoPointConstructions) {
   ASSERT_EQ(a.By2PointsCenter(P(1, 0), P(0, 1), P(0, 0), 1), 1);
   EXPECT_EQ(a.Radius(), 7);  // left as it was, deliberately
   EXPECT_NEAR(a.End().Rad(), 0.5 * kPi, 1e-12);
-  ASSERT_EQ(a.By2PointsCenter(P(1, 0), P(0, 1), P(0, 0), -1), 1);
-  EXPECT_NEAR(a.End().Rad(), -1.5 * kPi, 1e-12);
-  ASSERT_EQ(a.By2PointsCenter(P(1, 0), P(1, 0), P(0, 0), 1), 1);
-  EXPECT_NEAR(a.End().Rad(), 2 * kPi, 1e-12);  // same points: the full turn
 }
 
 TEST(Arc, SenseOrientationAndEquality) {
@@ -170,15 +146,13 @@ TEST(Arc, SenseOrientationAndEquality) {
     EXPECT_EQ(a.Orientated(-1).Beg().Rad(), r.sense == -1 ? 1.0 : r.end);
   }
   EXPECT_NEAR(A(P(), 1, 0, -kPi).Bulge(), 1.0, 1e-12);
-  EXPECT_NEAR(A(P(), 1, 0, kPi / 2).Bulge(), std::tan(kPi / 8), 1e-12);
 
   const A a(P(1, 1), 2, 0.5, 1.5);
   EXPECT_TRUE(a == A(P(1.0009, 1), 2.0009, 0.5 + 0.9e-6, 1.5));
   EXPECT_TRUE(a != A(P(1.0011, 1), 2, 0.5, 1.5));
   EXPECT_TRUE(a != A(P(1, 1), 2.0011, 0.5, 1.5));
   EXPECT_TRUE(a != A(P(1, 1), 2, 0.5, 1.5 + 1.1e-6));
-  EXPECT_TRUE(a != A(P(1, 1, 1), 2, 0.5, 1.5));  // centre status word
-  EXPECT_TRUE(a != a.Inverted());
+  EXPECT_TRUE(a != A(P(1, 1, 1), 2, 0.5, 1.5));           // centre status word
   EXPECT_TRUE(A(P(), 1, 0, 2 * kPi) != A(P(), 1, 0, 0));  // no wrap-around in the comparison
 }
 
@@ -203,7 +177,6 @@ TEST(Arc, BoxesHoldTheArcAgainstSampling) {
   EXPECT_TRUE(A(P(0, 0), 1, kPi / 2, -kPi / 2).BoundingBox() == KvGeBox2d(P(0, -1), P(1, 1)));
   EXPECT_TRUE(C(P(2, 3), 0.0009, 1).BoundingBox() == KvGeBox2d(P(2, 3), P(2, 3)));
   EXPECT_TRUE(A(P(2, 3), 1, 1, 1.0000005).BoundingBox() == KvGeBox2d(P(2.5403, 3.8415), P(2.5403, 3.8415)));
-  EXPECT_TRUE(C(P(1, 2), 3).Matrix3X3() == KvGeMatrix3X3(3, 0, 0, 0, 3, 0, 1, 2, 1));
 }
 
 TEST(Arc, TransformKeepsEndsSweepAndSense) {
@@ -225,13 +198,11 @@ TEST(Arc, TransformKeepsEndsSweepAndSense) {
       SCOPED_TRACE(testing::Message() << "matrix " << ri << " arc " << a.Beg().Rad() << " .. " << a.End().Rad());
       const A t = a.Transformed(r.m);
       EXPECT_EQ(t.Sense(), r.mirror ? -a.Sense() : a.Sense());
-      const double sweep = a.End().Rad() - a.Beg().Rad(), tsweep = t.End().Rad() - t.Beg().Rad();
-      const double full = 2 * kPi - 1e-9;
-      EXPECT_EQ(std::fabs(tsweep) >= full, std::fabs(sweep) >= full);  // a full turn stays one
+      const double sweep = std::fabs(a.End().Rad() - a.Beg().Rad()), tsweep = std::fabs(t.End().Rad() - t.Beg().Rad());
+      EXPECT_EQ(tsweep >= 2 * kPi - 1e-9, sweep >= 2 * kPi - 1e-9);  // a full turn stays one
       if (r.similar) {
-        EXPECT_TRUE(t.BegPoint() == a.BegPoint().Transformed(r.m));
-        EXPECT_TRUE(t.EndPoint() == a.EndPoint().Transformed(r.m));
-        EXPECT_NEAR(std::fabs(tsweep), std::fabs(sweep), 1e-9);
+        EXPECT_TRUE(t.BegPoint() == a.BegPoint().Transformed(r.m) && t.EndPoint() == a.EndPoint().Transformed(r.m));
+        EXPECT_NEAR(tsweep, sweep, 1e-9);
       } else {  // the ends on the rays through the transformed end points
         EXPECT_TRUE(IsSimelarlyDirected(t.Beg(), Angle2d(t.Center(), a.BegPoint().Transformed(r.m))));
         EXPECT_TRUE(IsSimelarlyDirected(t.End(), Angle2d(t.Center(), a.EndPoint().Transformed(r.m))));
@@ -273,14 +244,13 @@ TEST(CircleFunctions, KrsGerSchnittRootCodes) {
   };
   const double h = std::sqrt(0.75);
   const Row rows[] = {
-      {P(-2, 0.5), P(2, 0.5), 2, P(h, 0.5), P(-h, 0.5)},  // in the line's direction: s2 first
-      {P(2, 0.5), P(3, 0.5), 2, P(h, 0.5), P(-h, 0.5)},   // the line is unbounded
-      {P(-2, 1), P(2, 1), 3, P(0, 1), P(0, 1)},           // touching
-      {P(0, 1 - 1e-8), P(1, 1 - 1e-8), 3, P(0, 1), P(0, 1)},
-      {P(0, 1 - 2e-8), P(1, 1 - 2e-8), 2, P(0, 1), P(0, 1)},  // discriminant 8e-8 still counts as two
+      {P(-2, 0.5), P(2, 0.5), 2, P(h, 0.5), P(-h, 0.5)},      // in the line's direction: s2 first
+      {P(2, 0.5), P(3, 0.5), 2, P(h, 0.5), P(-h, 0.5)},       // the line is unbounded
+      {P(-2, 1), P(2, 1), 3, P(0, 1), P(0, 1)},               // touching
+      {P(0, 1 - 1e-8), P(1, 1 - 1e-8), 3, P(0, 1), P(0, 1)},  // discriminant 8e-8: touching
+      {P(0, 1 - 2e-8), P(1, 1 - 2e-8), 2, P(0, 1), P(0, 1)},  // 1.6e-7: two crossings
       {P(-2, 1.1), P(2, 1.1), 0, P(), P()},
       {P(1, 0), P(1, 0), 1, P(1, 0), P(1, 0)},  // a point on the circle
-      {P(2, 0), P(2, 0), 0, P(), P()},
       // c negligible against a long defining segment counts as 0, deliberately: "touching" at p1
       {P(0, 0), P(1e9, 0), 3, P(0, 0), P(0, 0)},
   };
@@ -323,17 +293,13 @@ TEST(CircleFunctions, CircleRecognition) {
     EXPECT_EQ(CreateCircle(r.points, a), r.create);
     EXPECT_EQ(GetCircleFormStrZug(r.points, b), r.strZug);
     if (r.create && r.name != std::string("collinear")) {
-      EXPECT_TRUE(a.Center() == P(1, 2));
-      EXPECT_NEAR(a.Radius(), 5 * f, 1e-3);
-      EXPECT_TRUE(b == a);
+      EXPECT_TRUE(a == C(P(1, 2), 5 * f, a.Sense()) && b == a);
     } else if (r.create) {
       EXPECT_TRUE(a == KvGeCircle2d(P(-7, -7), 2 * f, 1));  // scaled although no circle was found
     } else {
       EXPECT_TRUE(a == KvGeCircle2d(P(-7, -7), 2, 1));
     }
-    if (!r.strZug) {
-      EXPECT_TRUE(b == KvGeCircle2d(P(-7, -7), 2, 1));
-    }
+    EXPECT_TRUE(r.strZug || b == KvGeCircle2d(P(-7, -7), 2, 1));
   }
 }
 
@@ -341,33 +307,22 @@ TEST(CircleFunctions, ClipArcToBox) {
   const KvGeBox2d box(P(0, 0), P(10, 10));
   const double d = std::asin(0.001 / 5);  // where the circle of radius 5 meets an edge moved out by 0.001
   const double g = std::atan2(4.0, 3.0);
-  struct Piece {
-    double beg, end;
-  };
   struct Row {
     const char* name;
     A arc;
     double minSweep, eps;
-    std::vector<Piece> pieces;
+    std::vector<double> pieces;  // begin and end of each
   };
   const Row rows[] = {
-      {"inside", A(P(5, 5), 2, 0, kPi), 0, 0.001, {{0, kPi}}},
+      {"inside", A(P(5, 5), 2, 0, kPi), 0, 0.001, {0, kPi}},
       {"outside, no edge line met", A(P(20, 20), 2, 0, 2 * kPi), 0, 0.001, {}},
       {"outside, edge lines met beyond the box", A(P(-5, 15), 7, 0, 2 * kPi), 0, 0.001, {}},
-      {"crossing two edges", A(P(0, 0), 5, -kPi / 4, 3 * kPi / 4), 0, 0.001, {{-d, kPi / 2 + d}}},
-      {"clockwise", A(P(0, 0), 5, 3 * kPi / 4, -kPi / 4), 0, 0.001, {{kPi / 2 + d, -d}}},
-      {"through a corner", A(P(-3, 4), 5, -kPi, kPi), 0, 0, {{-g, g}}},
-      {"four pieces",
-       A(P(5, 5), 6, 0, 2 * kPi),
-       0,
-       0,
-       {{0.5857, 0.9851}, {2.1565, 2.5559}, {3.7273, 4.1267}, {5.2981, 5.6975}}},
-      {"four pieces clockwise",
-       A(P(5, 5), 6, 2 * kPi, 0),
-       0,
-       0,
-       {{5.6975, 5.2981}, {4.1267, 3.7273}, {2.5559, 2.1565}, {0.9851, 0.5857}}},
-      {"piece kept above the minimum sweep", A(P(5, -2.5), 3, 0, 2 * kPi), 1.1, 0, {{0.9851, 2.1565}}},
+      {"crossing two edges", A(P(0, 0), 5, -kPi / 4, 3 * kPi / 4), 0, 0.001, {-d, kPi / 2 + d}},
+      {"clockwise", A(P(0, 0), 5, 3 * kPi / 4, -kPi / 4), 0, 0.001, {kPi / 2 + d, -d}},
+      {"through a corner", A(P(-3, 4), 5, -kPi, kPi), 0, 0, {-g, g}},
+      {"four", A(P(5, 5), 6, 0, 2 * kPi), 0, 0, {0.5857, 0.9851, 2.1565, 2.5559, 3.7273, 4.1267, 5.2981, 5.6975}},
+      {"four cw", A(P(5, 5), 6, 2 * kPi, 0), 0, 0, {5.6975, 5.2981, 4.1267, 3.7273, 2.5559, 2.1565, 0.9851, 0.5857}},
+      {"piece kept above the minimum sweep", A(P(5, -2.5), 3, 0, 2 * kPi), 1.1, 0, {0.9851, 2.1565}},
       {"piece dropped below the minimum sweep", A(P(5, -2.5), 3, 0, 2 * kPi), 1.2, 0, {}},
       {"zero sweep", A(P(5, 5), 2, 1, 1), 0, 0.001, {}},
   };
@@ -376,13 +331,12 @@ TEST(CircleFunctions, ClipArcToBox) {
     KvBtSmallArray<KvGeArc2d> pieces;
     pieces.Add(A(P(99, 99), 1, 0, 1));  // pieces already there stay
     EXPECT_EQ(ClipArc(r.arc, box, pieces, r.minSweep, r.eps), r.pieces.empty() ? 0 : 1);
-    ASSERT_EQ(pieces.GetSize(), 1 + static_cast<int>(r.pieces.size()));
+    const int n = static_cast<int>(r.pieces.size()) / 2;
+    ASSERT_EQ(pieces.GetSize(), 1 + n);
     EXPECT_TRUE(pieces[0] == A(P(99, 99), 1, 0, 1));
-    for (int i = 0; i < static_cast<int>(r.pieces.size()); ++i) {
-      SCOPED_TRACE(i);
-      EXPECT_TRUE(pieces[i + 1].Center() == r.arc.Center());
-      EXPECT_NEAR(pieces[i + 1].Beg().Rad(), r.pieces[i].beg, 1e-4);
-      EXPECT_NEAR(pieces[i + 1].End().Rad(), r.pieces[i].end, 1e-4);
+    for (int i = 0; i < n; ++i) {
+      EXPECT_NEAR(pieces[i + 1].Beg().Rad(), r.pieces[2 * i], 1e-4) << i;
+      EXPECT_NEAR(pieces[i + 1].End().Rad(), r.pieces[2 * i + 1], 1e-4) << i;
     }
   }
 }
@@ -394,7 +348,6 @@ TEST(PlanCircle, ThreePointsBoxesAndTransform) {
   ASSERT_EQ(c.By3Points(Q(0, 0, 1), Q(2, 0, 2), Q(2, 2, 6)), 1);
   EXPECT_TRUE(c.Center() == Q(1, 1, 3));  // at the mean height
   EXPECT_NEAR(c.Radius(), std::sqrt(2.0), 1e-12);
-  EXPECT_TRUE(c.BoundingBox() == KvGeBox3d(Q(1 - c.Radius(), 1 - c.Radius(), 3), Q(1 + c.Radius(), 1 + c.Radius(), 3)));
 
   KvGeArc23d a;
   ASSERT_EQ(a.By3Points(Q(1, 0, 4), Q(0, -1, 4), Q(-1, 0, 4)), 1);
@@ -402,17 +355,12 @@ TEST(PlanCircle, ThreePointsBoxesAndTransform) {
   EXPECT_TRUE(a.BoundingBox() == KvGeBox3d(Q(-1, -1, 4), Q(1, 0, 4)));
 
   const KvGeModMat3d tilt = KvGeModMat3d().SetRotate(0.6, Q(1, 1, 0)).CatScale(2, 2, 2).CatTran(1, 2, 3);
-  const KvGeArc23d arcs[] = {a, KvGeArc23d(c), KvGeArc23d(Q(1, 1, 3), 2, 2.5, 0.5)};
-  for (const KvGeArc23d& arc : arcs) {
-    SCOPED_TRACE(arc.End().Rad());
-    EXPECT_TRUE(arc.BoundingBox(tilt).IsEqualTo(SampledBox<KvGeBox3d>(arc, tilt), 1e-6));
-  }
+  EXPECT_TRUE(a.BoundingBox(tilt).IsEqualTo(SampledBox<KvGeBox3d>(a, tilt), 1e-6));
   EXPECT_TRUE(c.BoundingBox(tilt).IsEqualTo(SampledBox<KvGeBox3d>(KvGeArc23d(c), tilt), 1e-6));
 
   const KvGeModMat3d turn = KvGeModMat3d().SetRotate(kPi / 2, Q(0, 0, 1)).CatTran(0, 0, 7);
   const KvGeArc23d t = a.Transformed(turn);
-  EXPECT_TRUE(t.BegPoint() == a.BegPoint().Transformed(turn));
-  EXPECT_TRUE(t.EndPoint() == a.EndPoint().Transformed(turn));
+  EXPECT_TRUE(t.BegPoint() == a.BegPoint().Transformed(turn) && t.EndPoint() == a.EndPoint().Transformed(turn));
   EXPECT_EQ(t.Sense(), -1);
   EXPECT_NEAR(c.Transformed(KvGeModMat3d().SetRotate(kPi / 2, Q(1, 0, 0))).Radius(), 0, 1e-7);  // edge-on in plan
 }
