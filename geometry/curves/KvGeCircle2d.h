@@ -231,7 +231,8 @@ KVGE_API int KrsGerSchnitt(KvGePoint2d center, double radius, KvGePoint2d p1, Kv
 
 // Takes a polyline of at least five sample points for a circle: the circle through the points at
 // 1, n / 2 and n - 2 must hold every point within 0.001, and no two consecutive points may lie
-// more than 0.6971317007977318 rad apart seen from the centre (the step folded into 0 .. pi).
+// more than 0.6971317007977318 rad apart seen from the centre (the step folded into 0 .. pi; the
+// polyline is open, so the last point is not paired with the first).
 // On success the circle is written with its radius times 0.991768322919766 and 1 is returned;
 // otherwise 0 and the circle is unchanged. When the three sample points are collinear no circle
 // can be checked, and the given circle's radius is scaled all the same and 1 returned: callers
