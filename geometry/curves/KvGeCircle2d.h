@@ -254,7 +254,9 @@ KVGE_API int GetCircleFormStrZug(const KvGePoint2dArray& points, KvGeCircle2d& c
 // becomes a piece. An arc that no edge line cuts is kept whole when its middle point is inside
 // and its sweep exceeds minSweep. A counter-clockwise arc (or one of sense 0) gives
 // counter-clockwise pieces in ascending angle from Beg; a clockwise arc is clipped as its inverse
-// and its pieces are handed back clockwise, in order from its Beg. Returns 1 when a piece was
-// appended, else 0; pieces already in the array stay.
+// and its pieces are handed back clockwise, in order from its Beg. A sweep beyond one turn is
+// clipped as one turn. Sweeps compare with minSweep in the angle band of 1e-6, so two cuts at one
+// corner never make a piece. Returns 1 when a piece was appended, else 0; pieces already in the
+// array stay.
 KVGE_API int ClipArc(KvGeArc2d arc, KvGeBox2d box, KvBtSmallArray<KvGeArc2d>& pieces, KvGeAngle minSweep,
                      double eps = kKvGeLinearTol);
