@@ -2,7 +2,8 @@
 // KvGePoint3d: the space point, and the coordinate type of every plan (23d) object. It has the
 // members of KvGePoint2d with a third coordinate and the same flag rules (see KvGePointBase.h);
 // Point2d() always returns an ordinary plan point, and the plan functions (Distance2d, Clip2d,
-// Project2d, Between2d, the direction tests) look at x and y only.
+// Project2d, Between2d, the direction tests) look at x and y only. A component index beyond 2
+// refers to the shared static m_vDummy, as in KvGePoint2d (the const access reads its value).
 //
 // KvGePoint23d adds a height: the point stands for the vertical range z .. z + height. Setting z
 // keeps the top where it was.

@@ -28,8 +28,8 @@
 namespace KvGeDetail {
 
 template <unsigned N, class P>
-class PointBase : public CoordBase<N, P> {
-  using Base = CoordBase<N, P>;
+class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
+  using Base = CoordBase<N, P, BadIndexRead::kDummy>;
 
  public:
   template <class... C>

@@ -2,6 +2,7 @@
 
 #include "geometry/algebra/KvGeModMat.h"
 #include "geometry/points/KvGePoint2d.h"
+#include "geometry/points/KvGePoint3d.h"
 
 namespace {
 using P = KvGePoint2d;
@@ -87,14 +88,32 @@ TEST(Point2d, ConversionsAndScalars) {
   ExpectPoint(m, 0, 1, 1);
 }
 
-TEST(Point2d, SharedDummyElement) {
-  P a(1, 2), b(3, 4);
-  a.Element(5) = 3.0;
-  EXPECT_EQ(b.Element(7), 3.0);  // one writable static shared by all points
-  EXPECT_EQ(P::m_vDummy, 3.0);
-  EXPECT_EQ(static_cast<const P&>(b)(9), 0.0);
-  ExpectPoint(a, 1, 2, 0);
-  EXPECT_EQ(a.Dim(), 2u);
+template <class Q>
+class PointFamily : public testing::Test {};
+using PointTypes = testing::Types<KvGePoint2d, KvGePoint3d>;
+TYPED_TEST_SUITE(PointFamily, PointTypes);
+
+// One writable static shared by all points of a class: the const access reads what a write
+// through a bad index left there, and no point changes.
+TYPED_TEST(PointFamily, BadIndexSharesOneDummy) {
+  using Q = TypeParam;
+  Q a(1.0), b(2.0);
+  const Q& cb = b;
+  const unsigned n = a.Dim();
+  a.Element(n) = 3.0;
+  EXPECT_EQ(cb.Element(n + 4), 3.0);
+  EXPECT_EQ(cb(n), 3.0);
+  EXPECT_EQ(cb[1000], 3.0);
+  b[n] = 4.0;
+  EXPECT_EQ(Q::m_vDummy, 4.0);
+  a(n + 1) = 5.0;
+  EXPECT_EQ(cb[n], 5.0);
+  EXPECT_TRUE(a.IsEqualTo(Q(1.0), 0.0));
+  EXPECT_TRUE(b.IsEqualTo(Q(2.0), 0.0));
+}
+
+TEST(Point2d, ConstantsAndDim) {
+  EXPECT_EQ(P().Dim(), 2u);
   ExpectPoint(P::kXAxis + P::kYAxis + P::kOrigin, 1, 1, 0);
 }
 
