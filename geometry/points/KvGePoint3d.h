@@ -138,7 +138,8 @@ KVGE_API double DotProduct3d(const KvGePoint3d& a, const KvGePoint3d& b);
 
 // Clips in plan: the ends and the corners as ordinary plan points run through the plane Clip2d;
 // on success x, y and the flag of each end are written back and each end keeps its own z (an end
-// moved onto an edge keeps its old height). On 0 the ends are not touched.
+// moved onto an edge keeps its old height; when the plan clip exchanged the ends, p1 gets the
+// plan position that came back first and still its own z). On 0 the ends are not touched.
 KVGE_API int Clip2d(KvGePoint3d& p1, KvGePoint3d& p2, const KvGePoint3d& min, const KvGePoint3d& max);
 // Cohen-Sutherland in space against the box, tolerance 0.001; the ends may come back exchanged.
 KVGE_API int Clip3d(KvGePoint3d& p1, KvGePoint3d& p2, const KvGePoint3d& min, const KvGePoint3d& max);

@@ -66,11 +66,11 @@ TEST(Point3d, PlanPointWithHeight) {
 
 TEST(Point3d, ClippingInPlanInSpaceAndInTheViewVolume) {
   {
-    // The plan clip keeps each end's own z, also after the ends were exchanged.
-    P p1(5, 5, 1), p2(15, 5, 2);
+    // Each end keeps its own z, also when the plan clip exchanged the ends.
+    P p1(5, 5, 1), p2(15, 5, 9);
     ASSERT_EQ(Clip2d(p1, p2, P(0, 0, -9), P(10, 10, -9)), 1);
-    EXPECT_TRUE(Near(p1, P(10, 5, 2)));
-    EXPECT_TRUE(Near(p2, P(5, 5, 1)));
+    EXPECT_TRUE(Near(p1, P(10, 5, 1)));
+    EXPECT_TRUE(Near(p2, P(5, 5, 9)));
     P q1(-5, 1, 1, 1), q2(1, -5, 2);
     EXPECT_EQ(Clip2d(q1, q2, P(0, 0, 0), P(10, 10, 0)), 0);
     EXPECT_TRUE(Near(q1, P(-5, 1, 1, 1)));  // untouched on 0
