@@ -139,8 +139,13 @@ class IntrCalculatorBase : public Records {
     perm.Sort(CO(static_cast<const typename CO::Calculator&>(*this), object));
   }
 
+  // One part per neighbouring pair of the n records, walked through the order the permutation
+  // holds. A cut may run alone after records were added or removed since the last sort (or
+  // before any sort): positions and entries beyond the permutation or the records then clamp
+  // to the last, but the number of parts always follows the records.
   void Cut(const KvTlPermVector& perm, KvBtDynArray<Part>& parts, int object) {
-    const int n = perm.GetSize() < 2 ? 0 : perm.GetSize() - 1;
+    const int records = this->GetSize();
+    const int n = records < 2 ? 0 : records - 1;
     // Reuses the storage of the previous cut; grows once when more parts are needed.
     parts.RemoveAt(0, parts.GetSize());
     parts.SetSize(n);

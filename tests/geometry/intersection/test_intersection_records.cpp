@@ -143,6 +143,23 @@ TEST(IntrCalculator, SortsAlongBothObjectsAndClamps) {
   EXPECT_EQ(assigned.Element0(40).Info(), assigned.GetAt(2).Info());
 }
 
+TEST(IntrCalculator, CutAloneGivesOnePartPerPairOfRecords) {
+  KvGeIntrCalculator2d calc;
+  calc.Add(Rec(0, 0.3, -1, 0));
+  calc.CalculateParts0();  // never sorted
+  EXPECT_EQ(calc.GetSize0(), 2);
+  calc.Calculate0();
+  calc.Add(Rec(0, 0.7, 1, 0));
+  calc.CalculateParts0();  // one record more than the order holds: read as the last in order
+  ASSERT_EQ(calc.GetSize0(), 3);
+  EXPECT_EQ(calc.Part0(1).Type(), 1);
+  EXPECT_EQ(calc.Part0(2).Type(), 0);
+  calc.RemoveAt(2, 2);
+  calc.CalculateParts0();  // two fewer
+  ASSERT_EQ(calc.GetSize0(), 1);
+  EXPECT_EQ(calc.Part0(0).Max().Param0(), 1e9);
+}
+
 TEST(IntrCalculator, SpaceRecordsInPlan) {
   KvGeIntrCalculator23d calc;
   calc.Add(KvGeIntrPoint3d(KvGePoint3d(1, 2, 3), -1, 1, 0, 0.2, 0.0, 0, 0, 0));
