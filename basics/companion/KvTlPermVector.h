@@ -7,6 +7,7 @@
 // The scans are bounded by the range, so even an inconsistent comparison cannot make the sort
 // read outside the permutation or fail to end.
 
+#include <climits>
 #include <vector>
 
 #include "basics/companion/UtilityBasicsClassExport.h"
@@ -45,9 +46,11 @@ void KvTlPermVector::Sort(const Compare& cmp) {
   int* a = m_Perm.data();
   int lo = 0;
   int hi = GetSize() - 1;
-  // Explicit stack: the smaller side is pushed, the larger one is looped on, so the depth is
-  // at most log2(n).
+  // Explicit stack of ranges still to sort: the larger side is pushed and the smaller one is
+  // sorted at once, so the range in hand holds at most n / 2^k entries while k ranges wait, and
+  // never more than log2(n) < 31 ranges wait for any int n.
   int stack[2 * 64];
+  static_assert(sizeof(stack) / sizeof(stack[0]) / 2 >= sizeof(int) * CHAR_BIT, "one range per bit of n");
   int top = 0;
   for (;;) {
     while (hi - lo + 1 > 8) {
