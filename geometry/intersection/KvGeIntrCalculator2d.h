@@ -149,7 +149,8 @@ class IntrCalculatorBase : public Records {
     // Reuses the storage of the previous cut; grows once when more parts are needed.
     parts.RemoveAt(0, parts.GetSize());
     parts.SetSize(n);
-    int s = 0;
+    // 64 bits hold the sum of up to 2^31 counts of any int size, so the count never overflows.
+    long long s = 0;
     for (int i = 0; i < n; ++i) {
       const R& p = Record(perm, static_cast<unsigned>(i));
       const R& q = Record(perm, static_cast<unsigned>(i + 1));

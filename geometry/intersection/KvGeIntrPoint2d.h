@@ -15,6 +15,7 @@
 // (+1 inside, 0 on the boundary, -1 outside). Its tests take a closed flag: a part whose ends
 // compare equal is empty when open and not empty when closed.
 
+#include <climits>
 #include <cstdint>
 
 #include "basics/KvBtArray.h"
@@ -66,9 +67,10 @@ class IntrPointBase : public P {
 
   // The crossing count with respect to object 0: CrossSense at a segment end, twice CrossSense
   // inside a segment, so that a crossing at a shared vertex, reported by both neighbouring
-  // segments, adds up to the same count.
-  int CutCode0() const { return m_EndCode0 != 0 ? m_CrossSense : 2 * m_CrossSense; }
-  int CutCode1() const { return m_EndCode1 != 0 ? m_CrossSense : 2 * m_CrossSense; }
+  // segments, adds up to the same count. A sense of 2^30 or more in size doubles to the end of
+  // the int range (INT_MAX or INT_MIN) instead of overflowing.
+  int CutCode0() const { return m_EndCode0 != 0 ? m_CrossSense : Doubled(m_CrossSense); }
+  int CutCode1() const { return m_EndCode1 != 0 ? m_CrossSense : Doubled(m_CrossSense); }
 
   // -1, 0 or 1 along object 0: by segment index, then by parameter within 0.001.
   int Compare0(const R& o) const { return Order(m_Segment0, m_Param0, o.m_Segment0, o.m_Param0); }
@@ -85,6 +87,11 @@ class IntrPointBase : public P {
     return KvBtRealCompare(t, ot, kKvGeLinearTol);
   }
   R& Self() { return static_cast<R&>(*this); }
+  static int Doubled(int v) {
+    if (v > INT_MAX / 2) return INT_MAX;
+    if (v < INT_MIN / 2) return INT_MIN;
+    return 2 * v;
+  }
 
   int m_CrossSense = 0;
   int m_EndCode0 = 0;

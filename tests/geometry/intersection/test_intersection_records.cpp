@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <climits>
+
 #include "geometry/intersection/KvGeIntrCalculator2d.h"
 #include "geometry/intersection/KvGeIntrPoint2d.h"
 
@@ -158,6 +160,25 @@ TEST(IntrCalculator, CutAloneGivesOnePartPerPairOfRecords) {
   calc.CalculateParts0();  // two fewer
   ASSERT_EQ(calc.GetSize0(), 1);
   EXPECT_EQ(calc.Part0(0).Max().Param0(), 1e9);
+}
+
+// A crossing sense of 2^30 or beyond doubles to the end of the int range, and the running count
+// of many such records does not overflow.
+TEST(IntrCalculator, CrossSenseOf2To30DoesNotOverflow) {
+  const R big(KvGePoint2d(0, 0), 0x40000000, 0, 0, .5, .5, 0, 0, 0);
+  EXPECT_EQ(big.CutCode0(), INT_MAX);
+  EXPECT_EQ(Rec(0, 0.5, INT_MIN, 0).CutCode1(), INT_MIN);
+  EXPECT_EQ(Rec(0, 0.5, 0x3FFFFFFF, 0).CutCode1(), 0x7FFFFFFE);  // still exact below 2^30
+  EXPECT_EQ(Rec(0, 0.5, -0x40000000, 0).CutCode1(), INT_MIN);
+  KvGeIntrCalculator2d calc;
+  calc.Add(big);
+  calc.Calculate();
+  EXPECT_EQ(calc.Part0(1).Type(), -1);
+  calc.RemoveAt(2);
+  for (int i = 1; i <= 3; ++i) calc.Add(Rec(0, 0.1 * i, INT_MIN, 1));  // a sum far below INT_MIN
+  calc.Calculate();
+  ASSERT_EQ(calc.GetSize0(), 4);
+  for (int i = 1; i < 4; ++i) EXPECT_EQ(calc.Part0(i).Type(), 1) << i;
 }
 
 TEST(IntrCalculator, SpaceRecordsInPlan) {
