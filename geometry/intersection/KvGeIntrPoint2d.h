@@ -6,8 +6,9 @@
 //
 // Records are ordered along an object by segment index (unsigned), then by parameter with the
 // fixed tolerance 0.001: parameters no more than 0.001 apart on one segment compare equal.
-// kNegInfinity (segment 0, parameter -1e9) sorts before and kPosInfinity (segment 0x7FFFFFFF,
-// parameter 1e9) after every real record. operator== and != of records and parts always answer
+// A NaN parameter sorts after every number on the same segment. kNegInfinity (segment 0,
+// parameter -1e9) sorts before and kPosInfinity (segment 0x7FFFFFFF, parameter 1e9) after every
+// real record. operator== and != of records and parts always answer
 // 0, deliberately: they exist so that the array templates can hold records, which are compared
 // only through Compare0 and Compare1.
 //
@@ -16,6 +17,7 @@
 // compare equal is empty when open and not empty when closed.
 
 #include <climits>
+#include <cmath>
 #include <cstdint>
 
 #include "basics/KvBtArray.h"
@@ -81,10 +83,15 @@ class IntrPointBase : public P {
   int operator!=(const R&) const { return 0; }
 
  private:
+  // A NaN parameter sorts after every number on its segment and equal to another NaN, so that
+  // the order stays total; the tolerant comparison alone would call NaN equal to everything.
   static int Order(std::uint32_t s, double t, std::uint32_t os, double ot) {
     if (s < os) return -1;
     if (s > os) return 1;
-    return KvBtRealCompare(t, ot, kKvGeLinearTol);
+    const int c = KvBtRealCompare(t, ot, kKvGeLinearTol);
+    if (c != 0) return c;
+    const bool nan = std::isnan(t), otherNan = std::isnan(ot);
+    return nan == otherNan ? 0 : (nan ? 1 : -1);
   }
   R& Self() { return static_cast<R&>(*this); }
   static int Doubled(int v) {

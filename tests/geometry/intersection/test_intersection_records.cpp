@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cmath>
 
 #include "geometry/intersection/KvGeIntrCalculator2d.h"
 #include "geometry/intersection/KvGeIntrPoint2d.h"
@@ -179,6 +180,23 @@ TEST(IntrCalculator, CrossSenseOf2To30DoesNotOverflow) {
   calc.Calculate();
   ASSERT_EQ(calc.GetSize0(), 4);
   for (int i = 1; i < 4; ++i) EXPECT_EQ(calc.Part0(i).Type(), 1) << i;
+}
+
+// NaN compared equal to every parameter, so 0.5, NaN, 0.2 passed for sorted.
+TEST(IntrCalculator, NaNParameterSortsAfterEveryNumber) {
+  const double nan = std::nan("");
+  EXPECT_EQ(Rec(0, nan).Compare0(Rec(0, 1e300)), 1);
+  EXPECT_EQ(Rec(0, -1e300).Compare0(Rec(0, nan)), -1);
+  EXPECT_EQ(Rec(0, nan).Compare1(Rec(0, nan)), 0);
+  EXPECT_EQ(Rec(0, nan).Compare0(Rec(1, 0)), -1);  // the segment still comes first
+  KvGeIntrCalculator2d calc;
+  for (double t : {0.5, nan, 0.2, nan, 0.9}) calc.Add(Rec(0, t));
+  calc.SortIntrPoints0();
+  const double want[] = {-1e9, 0.2, 0.5, 0.9};
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(calc.Element0(i).Param0(), want[i]) << i;
+  EXPECT_TRUE(std::isnan(calc.Element0(4).Param0()));
+  EXPECT_TRUE(std::isnan(calc.Element0(5).Param0()));
+  EXPECT_EQ(calc.Element0(6).Param0(), 1e9);
 }
 
 TEST(IntrCalculator, SpaceRecordsInPlan) {
