@@ -4,8 +4,9 @@
 //
 // A new calculator holds the two sentinels kNegInfinity and kPosInfinity, so every order begins
 // and ends with them and the parts cover the whole object. Sorting builds a permutation of the
-// records (quicksort, middle entry as pivot above 8 entries, exchange sort below; not stable).
-// Cutting walks the sorted records and sums the crossing counts with respect to the other
+// records (quicksort, middle entry as pivot above 8 entries, exchange sort below, heap sort for
+// a range split too deeply, so never quadratic; not stable). Cutting walks the n records in the
+// order held (n - 1 parts) and sums the crossing counts with respect to the other
 // object (the crossover is deliberate: walking along object 0 counts how it crosses object 1,
 // CutCode1). A part whose end parameters are equal within 0.001 has type 0 (no length; segment
 // indices are not compared); otherwise the running count s gives +1 (inside) when s <= -2, 0
