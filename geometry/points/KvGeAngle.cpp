@@ -63,7 +63,7 @@ KvGeAngle& KvGeAngle::Normalize(const KvGeAngle& upper, const KvGeAngle& lower, 
   // of the angle and of lower bring the angle within two spans of lower first (they cannot
   // overflow, unlike the difference of two huge values). The step limit is a last guard for
   // spans so small against the angle that adding one no longer moves it.
-  if (std::fabs(m_Rad - lower.m_Rad) > kMaxStepSpans * span.m_Rad)
+  if (std::fabs(m_Rad - lower.m_Rad) / span.m_Rad > kMaxStepSpans)
     m_Rad = lower.m_Rad + (std::fmod(m_Rad, span.m_Rad) - std::fmod(lower.m_Rad, span.m_Rad));
   constexpr long kMaxSteps = 2 * static_cast<long>(kMaxStepSpans) + 64;
   long steps = 0;
