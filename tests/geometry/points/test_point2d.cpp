@@ -36,30 +36,18 @@ TEST(Point2d, FlagTable) {
     int infinite;
   };
   const Row rows[] = {
-      {"o + o", o + o2, 4, -1, 0}, {"i + i", i + i2, 2, 6, 1},  {"o + i", o + i, 0, 1, 1},  {"i + o", i + o, 0, 1, 1},
-      {"o - i", o - i, 0, -1, 1},  {"i - o", i - o, 0, 1, 1},   {"i - i", i2 - i, 2, 4, 1}, {"o & i", o & i, 1, 1, 0},
-      {"i & o", i & o, 1, 1, 0},   {"o | i", o | i, 0, 1, 1},   {"i | o", i | o, 0, 1, 1},  {"o & o", o & o2, 1, -2, 0},
-      {"i | i", i | i2, 2, 5, 1},  {"2 * i", 2.0 * i, 0, 2, 1}, {"-i", -i, 0, -1, 1},
+      {"o + o", o + o2, 4, -1, 0},    {"i + i", i + i2, 2, 6, 1},      {"o + i", o + i, 0, 1, 1},
+      {"i + o", i + o, 0, 1, 1},      {"o - i", o - i, 0, -1, 1},      {"i - o", i - o, 0, 1, 1},
+      {"i - i", i2 - i, 2, 4, 1},     {"o & i", o & i, 1, 1, 0},       {"i & o", i & o, 1, 1, 0},
+      {"o | i", o | i, 0, 1, 1},      {"i | o", i | o, 0, 1, 1},       {"o & o", o & o2, 1, -2, 0},
+      {"i | i", i | i2, 2, 5, 1},     {"2 * i", 2.0 * i, 0, 2, 1},     {"-i", -i, 0, -1, 1},
+      {"o += i", P(o) += i, 0, 1, 1}, {"o -= i", P(o) -= i, 0, -1, 1}, {"i -= o", P(i) -= o, 0, 1, 1},
+      {"i &= o", P(i) &= o, 1, 1, 0}, {"i |= o", P(i) |= o, 0, 1, 1},
   };
   for (const Row& r : rows) {
     SCOPED_TRACE(r.what);
     ExpectPoint(r.got, r.x, r.y, r.infinite);
   }
-  P a = o;
-  a += i;
-  ExpectPoint(a, 0, 1, 1);
-  a = o;
-  a -= i;
-  ExpectPoint(a, 0, -1, 1);
-  a = i;
-  a -= o;
-  ExpectPoint(a, 0, 1, 1);
-  a = o;
-  a &= i;
-  ExpectPoint(a, 1, 1, 0);
-  a = i;
-  a |= o;
-  ExpectPoint(a, 0, 1, 1);
   ExpectPoint(Mean(P(0, 0), P(10, 20), 0.25), 7.5, 15, 0);
   ExpectPoint(Mean(P(2, 2), P(10, 20)), 6, 11, 0);
   ExpectPoint(Mean(o, i, 1.0), 0, 0, 1);  // an infinite b absorbs the weighted sum
@@ -86,6 +74,8 @@ TEST(Point2d, ConversionsAndScalars) {
   P m(0, 3, 1);
   EXPECT_EQ(m.Normalize(), 1);
   ExpectPoint(m, 0, 1, 1);
+  EXPECT_EQ(m.Dim(), 2u);
+  ExpectPoint(P::kXAxis + P::kYAxis + P::kOrigin, 1, 1, 0);
 }
 
 template <class Q>
@@ -110,11 +100,6 @@ TYPED_TEST(PointFamily, BadIndexSharesOneDummy) {
   EXPECT_EQ(cb[n], 5.0);
   EXPECT_TRUE(a.IsEqualTo(Q(1.0), 0.0));
   EXPECT_TRUE(b.IsEqualTo(Q(2.0), 0.0));
-}
-
-TEST(Point2d, ConstantsAndDim) {
-  EXPECT_EQ(P().Dim(), 2u);
-  ExpectPoint(P::kXAxis + P::kYAxis + P::kOrigin, 1, 1, 0);
 }
 
 TEST(Point2d, ClipCohenSutherland) {
