@@ -4,9 +4,13 @@
 // (negative, 0 or positive as item a sorts before, with or after item b): a quicksort that,
 // for ranges of more than 8 entries, swaps the middle entry to the front as pivot and
 // partitions around it, and finishes shorter ranges with an exchange sort. It is not stable.
-// The scans are bounded by the range, so even an inconsistent comparison cannot make the sort
-// read outside the permutation or fail to end.
+// A chain of more than 2 log2(n) partitions (inputs such as values running up and then down,
+// on which the middle pivot keeps splitting off a few entries) hands its range to a heap sort,
+// so no input takes more than n log n time. Where cmp is a strict order the sorted result is
+// unique, so the guard changes no result. The scans are bounded by the range, so even an
+// inconsistent comparison cannot make the sort read outside the permutation or fail to end.
 
+#include <climits>
 #include <vector>
 
 #include "basics/companion/UtilityBasicsClassExport.h"
@@ -37,6 +41,11 @@ class KVBT_API KvTlPermVector {
   void Sort(const Compare& cmp);
 
  private:
+  template <class Compare>
+  static void HeapSort(int* a, int n, const Compare& cmp);
+  template <class Compare>
+  static void SiftDown(int* a, int i, int n, const Compare& cmp);
+
   std::vector<int> m_Perm;
 };
 
@@ -45,12 +54,27 @@ void KvTlPermVector::Sort(const Compare& cmp) {
   int* a = m_Perm.data();
   int lo = 0;
   int hi = GetSize() - 1;
-  // Explicit stack: the smaller side is pushed, the larger one is looped on, so the depth is
-  // at most log2(n).
-  int stack[2 * 64];
+  // Partitions left along any chain of ranges: 2 floor(log2 n).
+  int depth = 0;
+  for (int n = GetSize(); n > 1; n >>= 1) depth += 2;
+  // Explicit stack of ranges still to sort, each with the partitions left to it: the larger
+  // side is pushed and the smaller one is sorted at once, so the range in hand holds at most
+  // n / 2^k entries while k ranges wait, and never more than log2(n) < 31 ranges wait for any
+  // int n.
+  struct Range {
+    int lo, hi, depth;
+  };
+  Range stack[64];
+  static_assert(sizeof(stack) / sizeof(stack[0]) >= sizeof(int) * CHAR_BIT, "one range per bit of n");
   int top = 0;
   for (;;) {
     while (hi - lo + 1 > 8) {
+      if (depth == 0) {
+        HeapSort(a + lo, hi - lo + 1, cmp);
+        hi = lo;
+        break;
+      }
+      --depth;
       const int mid = lo + (hi - lo) / 2;
       int t = a[lo];
       a[lo] = a[mid];
@@ -71,12 +95,10 @@ void KvTlPermVector::Sort(const Compare& cmp) {
       a[lo] = a[j];
       a[j] = pivot;
       if (j - lo < hi - j) {
-        stack[top++] = j + 1;
-        stack[top++] = hi;
+        stack[top++] = Range{j + 1, hi, depth};
         hi = j - 1;
       } else {
-        stack[top++] = lo;
-        stack[top++] = j - 1;
+        stack[top++] = Range{lo, j - 1, depth};
         lo = j + 1;
       }
     }
@@ -89,7 +111,35 @@ void KvTlPermVector::Sort(const Compare& cmp) {
       }
     }
     if (top == 0) break;
-    hi = stack[--top];
-    lo = stack[--top];
+    --top;
+    lo = stack[top].lo;
+    hi = stack[top].hi;
+    depth = stack[top].depth;
   }
+}
+
+template <class Compare>
+void KvTlPermVector::HeapSort(int* a, int n, const Compare& cmp) {
+  for (int i = n / 2 - 1; i >= 0; --i) SiftDown(a, i, n, cmp);
+  for (int end = n - 1; end > 0; --end) {
+    const int t = a[0];
+    a[0] = a[end];
+    a[end] = t;
+    SiftDown(a, 0, end, cmp);
+  }
+}
+
+// Moves entry i of the heap a[0 .. n - 1] down until no child sorts after it.
+template <class Compare>
+void KvTlPermVector::SiftDown(int* a, int i, int n, const Compare& cmp) {
+  const int v = a[i];
+  for (;;) {
+    long long c = 2LL * i + 1;
+    if (c >= n) break;
+    if (c + 1 < n && cmp(a[c], a[c + 1]) < 0) ++c;
+    if (!(cmp(v, a[c]) < 0)) break;
+    a[i] = a[c];
+    i = static_cast<int>(c);
+  }
+  a[i] = v;
 }
