@@ -202,6 +202,7 @@ TEST(Funktion, PointwiseArithmeticWithBreaksAtDifferentX) {
   ExpectWellFormed(near);
   EXPECT_EQ(near.Pieces().GetSize(), 4);
   EXPECT_EQ(near.RechtsWert(10), 1.0);
+  ExpectWellFormed(F(0, 0, 10, 10, 0) + F(5, 1, 5.0005, 1, 0));  // a sliver of g is absorbed
   const F apart = F(0, 0, 10, 10, 0) + F(10.0011, 1, 30, 1, 0);
   ExpectWellFormed(apart);
   EXPECT_EQ(apart.Pieces().GetSize(), 5);
