@@ -125,8 +125,8 @@ class KVGE_API KvTlFunktion2d {
 
   // The first x at or after from (searching rightwards) at which the function reaches y within
   // 0.001: on a piece, or within a jump at a break (then the break is the answer). Returns the
-  // end of the covered range when y is not reached. A search from before the range starts at
-  // its beginning.
+  // end of the covered range when y is not reached (from itself for a function without pieces).
+  // A search from before the range starts at its beginning.
   double LinksX(double y, double from) const;
   // The last x at or before from (searching leftwards) at which the function reaches y within
   // 0.001, by the same rules; returns the beginning of the covered range when y is not reached.
