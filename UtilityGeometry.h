@@ -31,6 +31,9 @@
 #include "geometry/polygons/KvGePolyVert2d.h"
 #include "geometry/polygons/KvGePolygon2d.h"
 #include "geometry/polygons/KvGePolyline2d.h"
+#include "geometry/polygons/Simple2dPolygon.h"
 
 #include "geometry/intersection/KvGeIntrCalculator2d.h"
 #include "geometry/intersection/KvGeIntrPoint2d.h"
+
+#include "tools/KvTlFunktion2d.h"
