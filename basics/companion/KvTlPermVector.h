@@ -40,11 +40,13 @@ class KVBT_API KvTlPermVector {
   std::vector<int> m_Perm;
 };
 
+// The sort of KvTlPermVector::Sort on any run of n indices, for callers that keep their
+// permutation in storage of their own: the same comparisons in the same order give the same
+// (unstable) result.
 template <class Compare>
-void KvTlPermVector::Sort(const Compare& cmp) {
-  int* a = m_Perm.data();
+void KvTlSortIndices(int* a, int n, const Compare& cmp) {
   int lo = 0;
-  int hi = GetSize() - 1;
+  int hi = n - 1;
   // Explicit stack: the smaller side is pushed, the larger one is looped on, so the depth is
   // at most log2(n).
   int stack[2 * 64];
@@ -92,4 +94,9 @@ void KvTlPermVector::Sort(const Compare& cmp) {
     hi = stack[--top];
     lo = stack[--top];
   }
+}
+
+template <class Compare>
+void KvTlPermVector::Sort(const Compare& cmp) {
+  KvTlSortIndices(m_Perm.data(), GetSize(), cmp);
 }

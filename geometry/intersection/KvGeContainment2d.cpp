@@ -1,0 +1,208 @@
+#include "geometry/intersection/KvGeContainment2d.h"
+
+#include <cstdint>
+#include <vector>
+
+#include "basics/companion/KvBtCompare.h"
+#include "basics/companion/KvTlPermVector.h"
+#include "geometry/intersection/KvGeDistance2d.h"
+#include "geometry/intersection/KvGeIntrPoint2d.h"
+#include "geometry/intersection/KvGePieces2d.h"
+
+namespace {
+
+// The calculator of the horizontal scan line, reduced to what the point test reads: each record
+// keeps its parameter (x), its segment index on the scan line and its crossing count with
+// respect to the edge. The records sit in the order the full calculator would hold them (the two
+// sentinels, then the edges' crossings in edge order), are sorted by the same quicksort with the
+// same tolerant comparison, and the parts are walked as the calculator cuts them, so the answer
+// is the calculator's own. Storage is inline for the first kInline records.
+class ScanLine {
+ public:
+  explicit ScanLine(double py) : m_Y(py) {
+    Push(KvGeIntrPoint2d::kNegInfinity.Param0(), KvGeIntrPoint2d::kNegInfinity.Segment0(), 0);
+    Push(KvGeIntrPoint2d::kPosInfinity.Param0(), KvGeIntrPoint2d::kPosInfinity.Segment0(), 0);
+  }
+  ScanLine(const ScanLine&) = delete;
+  ScanLine& operator=(const ScanLine&) = delete;
+
+  // The cut of the edge s-e with the line: each end is below (-1), on (0, within 0.001) or
+  // above (1) the line; an edge whose ends share a class gives none.
+  void Edge(const KvGePoint2d& s, const KvGePoint2d& e) {
+    const int cs = KvBtRealCompare(s.y, m_Y, kKvGeLinearTol);
+    const int ce = KvBtRealCompare(e.y, m_Y, kKvGeLinearTol);
+    if (cs == ce) return;
+    // A cut at the edge's start or end counts once (end code -1 or 1), one inside counts twice,
+    // so that the two edges meeting at a vertex on the line add up to one crossing.
+    if (cs == 0)
+      Push(s.x, 0, ce);
+    else if (ce == 0)
+      Push(e.x, 0, -cs);
+    else
+      Push(s.x + (m_Y - s.y) * (e.x - s.x) / (e.y - s.y), 0, 2 * ce);
+  }
+
+  unsigned short Classify(double px) {
+    const int n = m_Size;
+    int* perm = m_Heap.empty() ? m_InlinePerm : m_HeapPerm.data();
+    const Record* rec = Records();
+    for (int i = 0; i < n; ++i) perm[i] = i;
+    KvTlSortIndices(perm, n, [rec](int a, int b) {
+      if (a == b) return 0;
+      const Record& ra = rec[a];
+      const Record& rb = rec[b];
+      if (ra.segment < rb.segment) return -1;
+      if (ra.segment > rb.segment) return 1;
+      return KvBtRealCompare(ra.param, rb.param, kKvGeLinearTol);
+    });
+    bool outside = false, boundary = false, inside = false;
+    int s = 0;
+    for (int i = 0; i + 1 < n; ++i) {
+      const Record& p = rec[perm[i]];
+      const Record& q = rec[perm[i + 1]];
+      s += p.cut;
+      if (p.segment != 0 || KvBtRealCompare(p.param, px, kKvGeLinearTol) > 0) continue;
+      if (q.segment == 0 && KvBtRealCompare(q.param, px, kKvGeLinearTol) < 0) continue;
+      const int type = IsEqual(q.param, p.param, kKvGeLinearTol) ? 0 : (s <= -2 ? 1 : (s == -1 ? 0 : -1));
+      if (type == -1)
+        outside = true;
+      else if (type == 1)
+        inside = true;
+      else
+        boundary = true;
+    }
+    if (boundary) return 2;
+    if (!inside) return 1;
+    return outside ? 2 : 4;
+  }
+
+  double Y() const { return m_Y; }
+
+ private:
+  struct Record {
+    double param;
+    std::uint32_t segment;
+    int cut;
+  };
+  static constexpr int kInline = 64;
+
+  const Record* Records() const { return m_Heap.empty() ? m_Inline : m_Heap.data(); }
+  void Push(double param, std::uint32_t segment, int cut) {
+    if (m_Size == kInline && m_Heap.empty()) {
+      m_Heap.assign(m_Inline, m_Inline + kInline);
+      m_HeapPerm.resize(kInline);
+    }
+    if (m_Heap.empty()) {
+      m_Inline[m_Size] = Record{param, segment, cut};
+    } else {
+      m_Heap.push_back(Record{param, segment, cut});
+      m_HeapPerm.push_back(0);
+    }
+    ++m_Size;
+  }
+
+  double m_Y;
+  int m_Size = 0;
+  Record m_Inline[kInline];
+  int m_InlinePerm[kInline];
+  std::vector<Record> m_Heap;
+  std::vector<int> m_HeapPerm;
+};
+
+// The point measures within 0.001 of an edge only when the edge's box lies within this band of
+// it: the foot of the perpendicular may lie up to 0.001 beyond the end point, so a point up to
+// sqrt(2) * 0.001 from the segment can still measure 0.001. The margin absorbs rounding. An
+// edge whose box lies farther off takes no square root.
+constexpr double kBoxBand = 0.0015;
+
+// Part states: -1 sets the outside bit, 1 the inside bit, anything else the boundary bit.
+unsigned short StateBit(int type) { return type == -1 ? 1 : (type == 1 ? 4 : 2); }
+
+unsigned short LineBits(const KvGeLine2d& l, const KvGeIntrCalculator2d& calc) {
+  const KvGeIntrPart2d segment = KvGeDetail::SegmentPart(l);
+  unsigned short bits = 0;
+  bool touchesInside = false, touchesOutside = false;
+  const int n = calc.GetSize0();
+  for (int i = 0; i < n; ++i) {
+    KvGeIntrPart2d part = calc.Part0(static_cast<unsigned>(i));
+    if (l.Segment()) part.Intersect0(segment);
+    const int c = part.Min().Compare0(part.Max());
+    if (c < 0) bits |= StateBit(part.Type());
+    if (c <= 0) {
+      if (part.Type() == -1) touchesOutside = true;
+      if (part.Type() == 1) touchesInside = true;
+    }
+  }
+  if (touchesInside && touchesOutside) bits |= 2;
+  return bits;
+}
+
+template <class Region>
+unsigned short LineContainment(const KvGeLine2d& l, const Region& region) {
+  KvGeIntrCalculator2d calc;
+  KvGeDetail::CutUnbounded(l, region, calc);
+  return LineBits(l, calc);
+}
+
+// Edge by edge, as bounded lines; stops once every bit is set.
+template <class Region>
+unsigned short EdgesContainment(const KvGePoint2dArray& tested, int closed, const Region& region) {
+  const int n = tested.GetSize();
+  const int edges = closed ? n : n - 1;
+  unsigned short bits = 0;
+  for (int i = 0; i < edges && bits != 7; ++i) {
+    const KvGeLine2d edge(tested.GetData()[i], tested.GetData()[mod(i + 1, n)], 1, 1);
+    bits |= LineContainment(edge, region);
+  }
+  return bits;
+}
+
+}  // namespace
+
+unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2d& poly) {
+  const int n = poly.GetSize();
+  const KvGePoint2d* v = poly.GetData();
+  const double px = p.x, py = p.y;
+  ScanLine scan(py);
+  for (int i = 0; i < n; ++i) {
+    const KvGePoint2d& s = v[i];
+    const KvGePoint2d& e = v[i + 1 == n ? 0 : i + 1];
+    // An edge wholly above or below the band can neither be near p nor be cut by the scan line:
+    // both its ends then lie more than 0.001 off the line, on the same side.
+    const double ylo = s.y < e.y ? s.y : e.y, yhi = s.y < e.y ? e.y : s.y;
+    if (ylo - py > kBoxBand || py - yhi > kBoxBand) continue;
+    const double xlo = s.x < e.x ? s.x : e.x, xhi = s.x < e.x ? e.x : s.x;
+    if (!(xlo - px > kBoxBand || px - xhi > kBoxBand) &&
+        IsEqual(KvGeDetail::SegmentDistanceSqr(s.x, s.y, e.x, e.y, px, py), 0.0, kKvGeLinearTolSqr))
+      return 2;
+    scan.Edge(s, e);
+  }
+  return scan.Classify(px);
+}
+
+unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2dArray& set) {
+  ScanLine scan(p.y);
+  const int m = set.GetSize();
+  for (int j = 0; j < m; ++j) {
+    const KvGePolygon2d& poly = set.GetData()[j];
+    const int n = poly.GetSize();
+    const KvGePoint2d* v = poly.GetData();
+    for (int i = 0; i < n; ++i) scan.Edge(v[i], v[i + 1 == n ? 0 : i + 1]);
+  }
+  return scan.Classify(p.x);
+}
+
+unsigned short Containment(const KvGeLine2d& l, const KvGePolygon2d& poly) { return LineContainment(l, poly); }
+unsigned short Containment(const KvGeLine2d& l, const KvGePolygon2dArray& set) { return LineContainment(l, set); }
+
+unsigned short Containment(const KvGePolyline2d& l, const KvGePolygon2d& poly) { return EdgesContainment(l, 0, poly); }
+unsigned short Containment(const KvGePolyline2d& l, const KvGePolygon2dArray& set) {
+  return EdgesContainment(l, 0, set);
+}
+unsigned short Containment(const KvGePolygon2d& tested, const KvGePolygon2d& poly) {
+  return EdgesContainment(tested, 1, poly);
+}
+
+unsigned short Containment(const KvGePolygon2dArray&, const KvGePolygon2d&) { return 1; }
+unsigned short Containment(const KvGePolygon2d&, const KvGePolygon2dArray&) { return 1; }
+unsigned short Containment(const KvGePolygon2dArray&, const KvGePolygon2dArray&) { return 1; }
