@@ -23,8 +23,6 @@
 #include "geometry/points/KvGePoint2dArray.h"
 #include "geometry/points/KvGePoint3d.h"
 
-class KvGeCircle2d;
-
 namespace KvGeDetail {
 
 // The crossing of two infinite lines given by their end points: 0 for a line no longer than
