@@ -82,3 +82,28 @@ TEST(Distance, ClosedSequencesAndNearestEdges) {
   EXPECT_EQ(NearestLongestPolyLineIndex2d(a, p, 2.0), 1);  // none within: the nearest
   EXPECT_EQ(NearestLongestPolyLineIndex2d(KvGePoint2dArray(), KvGePoint2d(1, 1), 5), -1);
 }
+
+TEST(Distance, PlanCircleAndArc) {
+  const KvGeCircle23d c(KvGePoint3d(0, 0, 5), 2);
+  EXPECT_NEAR(DistanceSqr2d(c, KvGePoint3d(3, 0, 99)), 1, 1e-12);
+  EXPECT_NEAR(DistanceSqr2d(KvGePoint3d(0, 0, 0), c), 4, 1e-12);
+
+  const double pi = 3.141592653589793;
+  struct Row {
+    const char* name;
+    double beg, end, px, py, expected;
+  } rows[] = {
+      {"within", 0, pi / 2, 2, 2, quadrat(std::sqrt(8.0) - 1)},
+      {"beyond: nearer end", 0, pi / 2, -1, 0, 2},
+      {"clockwise arc, same set", pi / 2, 0, -1, 0, 2},
+      {"across angle 0", -pi / 4, pi / 4, 3, -0.5, quadrat(std::sqrt(9.25) - 1)},
+      {"past 2 pi", 1.5 * pi, 2.5 * pi, 3, 0, 4},
+      {"past 2 pi, outside", 1.5 * pi, 2.5 * pi, -3, 0.1, quadrat(3 - 0.0) + quadrat(0.1 - 1)},
+  };
+  for (const Row& r : rows) {
+    SCOPED_TRACE(r.name);
+    const KvGeArc23d a(KvGePoint3d(0, 0, -7), 1, r.beg, r.end);
+    EXPECT_NEAR(DistanceSqr2d(a, KvGePoint3d(r.px, r.py, 3)), r.expected, 1e-9);
+    EXPECT_NEAR(DistanceSqr2d(KvGePoint3d(r.px, r.py, 3), a), r.expected, 1e-9);
+  }
+}

@@ -160,3 +160,33 @@ TEST(LineCrossing, ParallelAndPiercing) {
   EXPECT_EQ(q.m_bInfinite, 1);  // parallel: the direction itself
   EXPECT_EQ(q.x, 1.0);
 }
+
+TEST(LineCrossing, Circle) {
+  // Circle (0,0) radius 5; lines y = h from (-10, h). The touching band applies to the squared
+  // half chord h2 = 25 - h^2, not to a length.
+  const KvGeCircle2d k(KvGePoint2d(0, 0), 5, 1);
+  struct Row {
+    double h, xEnd;
+    int segment, count, lastCode;
+  } rows[] = {
+      {3, 10, 1, 2, 0},       {3, 4.0005, 1, 2, 1},   {3, 3, 1, 1, 0},        {3, 3, 0, 2, 0},        {5, 10, 1, 1, 0},
+      {5.00009, 10, 1, 1, 0}, {5.00011, 10, 1, 0, 0}, {4.99991, 10, 1, 1, 0}, {4.99989, 10, 1, 2, 0},
+  };
+  KvGeIntrPoint2dArray out;
+  for (const Row& r : rows) {
+    SCOPED_TRACE(testing::Message() << r.h << " " << r.xEnd);
+    ASSERT_EQ(Intersection2d(KvGeLine2d(KvGePoint2d(-10, r.h), KvGePoint2d(r.xEnd, r.h), r.segment), k, out, 0),
+              r.count);
+    if (r.count == 0) continue;
+    const KvGeIntrPoint2d& last = out[r.count - 1];
+    EXPECT_EQ(last.EndCode0(), r.lastCode);
+    EXPECT_NEAR(last.Param0(), last.x + 10, 1e-9);
+    if (r.count == 2) {
+      EXPECT_LT(out[0].Param0(), out[1].Param0());  // along the line
+    }
+  }
+  EXPECT_EQ(Intersection2d(KvGeLine2d(KvGePoint2d(-10, 3), KvGePoint2d(10, 3)), k, out, 1), 2);
+  EXPECT_EQ(out.GetSize(), 4);
+  EXPECT_EQ(Intersection2d(KvGeLine2d(KvGePoint2d(1, 1), KvGePoint2d(1, 1.0009)), k, out, 0), 0);
+  EXPECT_EQ(out.GetSize(), 0);
+}
