@@ -255,8 +255,10 @@ TEST(Containment, MatchesTheStepByStepAnswer) {
           p.Set(s.x - ux * back - uy * off, s.y - uy * back + ux * off);
           break;
         }
-        default:
-          p.Set(100 * unit(rng), 100 * unit(rng));
+        default: {
+          const double x = 100 * unit(rng);
+          p.Set(x, 100 * unit(rng));
+        }
       }
       KvGePolygon2dArray one;
       one.Add(poly);
