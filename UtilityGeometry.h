@@ -33,7 +33,11 @@
 #include "geometry/polygons/KvGePolyline2d.h"
 #include "geometry/polygons/Simple2dPolygon.h"
 
+#include "geometry/intersection/KvGeContainment2d.h"
+#include "geometry/intersection/KvGeDistance2d.h"
 #include "geometry/intersection/KvGeIntrCalculator2d.h"
+#include "geometry/intersection/KvGeIntrLine2d.h"
 #include "geometry/intersection/KvGeIntrPoint2d.h"
+#include "geometry/intersection/KvGePieces2d.h"
 
 #include "tools/KvTlFunktion2d.h"
