@@ -36,3 +36,4 @@
 #include "geometry/intersection/KvGeIntrLine2d.h"
 #include "geometry/intersection/KvGeIntrPoint2d.h"
 #include "geometry/intersection/KvGePieces2d.h"
+#include "geometry/intersection/KvGePreparedRegion2d.h"
