@@ -24,6 +24,8 @@
 #include "geometry/points/KvGePoint3d.h"
 
 #include "geometry/curves/KvGeBox2d.h"
+#include "geometry/curves/KvGeCircle23d.h"
+#include "geometry/curves/KvGeCircle2d.h"
 #include "geometry/curves/KvGeLine2d.h"
 
 #include "geometry/polygons/KvGePolyVert2d.h"

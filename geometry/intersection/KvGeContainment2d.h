@@ -20,8 +20,8 @@
 // cut there, and a horizontal edge on the line is not cut at all. The calculator's parts of the
 // line then tell the point's side; where an inside and an outside part meet at the point
 // (within 0.001), the answer is 2. A polygon set has no separate boundary test: a point is on
-// its boundary only through a part of the line that the calculator types as boundary, so the
-// band is narrower there than for a single polygon.
+// its boundary only through the parts of that line, that is within 0.001 of a crossing measured
+// along the horizontal, so the band of a slanted edge is narrower there than for a polygon.
 //
 // Lines are cut as infinite lines and then clipped to their segment; a part of zero length
 // only tells whether the line touches inside and outside at once (then 2 is set). A line that

@@ -55,6 +55,25 @@ double DistanceSqr2d(const KvGeLine23d& l, const KvGePoint3d& p) {
 }
 double DistanceSqr2d(const KvGePoint3d& p, const KvGeLine23d& l) { return DistanceSqr2d(l, p); }
 
+double DistanceSqr2d(const KvGeCircle23d& c, const KvGePoint3d& p) {
+  const double dx = p.x - c.Center().x, dy = p.y - c.Center().y;
+  return quadrat(std::sqrt(dx * dx + dy * dy) - c.Radius());
+}
+double DistanceSqr2d(const KvGePoint3d& p, const KvGeCircle23d& c) { return DistanceSqr2d(c, p); }
+
+double DistanceSqr2d(const KvGeArc23d& a, const KvGePoint3d& p) {
+  const double vx = p.x - a.Center().x, vy = p.y - a.Center().y;
+  const KvGeAngle lo = a.Beg() < a.End() ? a.Beg() : a.End();
+  const KvGeAngle hi = a.Beg() < a.End() ? a.End() : a.Beg();
+  const KvGeAngle dir = KvGeAngle(vx, vy).Normalized(lo + KvGeAngle_Deg360(), lo, 1);
+  const double r = a.Radius();
+  if (lo <= dir && dir <= hi) return quadrat(std::sqrt(vx * vx + vy * vy) - r);
+  const double d0 = quadrat(vx - r * lo.Cos()) + quadrat(vy - r * lo.Sin());
+  const double d1 = quadrat(vx - r * hi.Cos()) + quadrat(vy - r * hi.Sin());
+  return d0 < d1 ? d0 : d1;
+}
+double DistanceSqr2d(const KvGePoint3d& p, const KvGeArc23d& a) { return DistanceSqr2d(a, p); }
+
 double DistanceSqr2d(const KvGePoint2dArray& a, const KvGePoint2d& p) {
   double best = quadrat(kFar);
   const int n = a.GetSize();

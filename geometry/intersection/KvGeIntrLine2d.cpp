@@ -156,6 +156,36 @@ int Intersection2d(const KvGePoint2dArray& a, const KvGeLine2d& l, KvGeIntrPoint
   return Intersection2d(l, a, out, append);
 }
 
+int Intersection2d(const KvGeLine2d& l, const KvGeCircle2d& k, KvGeIntrPoint2dArray& out, int append) {
+  if (!append) out.RemoveAll();
+  const double dx = l.P2().x - l.P1().x, dy = l.P2().y - l.P1().y;
+  const double len = std::sqrt(dx * dx + dy * dy);
+  if (IsEqual(len, 0.0, kKvGeLinearTol)) return 0;
+  const double ux = dx / len, uy = dy / len;
+  const double t0 = (k.Center().x - l.P1().x) * ux + (k.Center().y - l.P1().y) * uy;
+  const double fx = l.P1().x + ux * t0, fy = l.P1().y + uy * t0;
+  const double h2 = quadrat(k.Radius()) - (quadrat(k.Center().x - fx) + quadrat(k.Center().y - fy));
+  if (IsLess(h2, 0.0, kKvGeLinearTol)) return 0;
+  double ts[2];
+  int n = 0;
+  if (!IsGreater(h2, 0.0, kKvGeLinearTol)) {
+    ts[n++] = t0;
+  } else {
+    const double h = std::sqrt(h2);
+    ts[n++] = t0 - h;
+    ts[n++] = t0 + h;
+  }
+  int added = 0;
+  for (int i = 0; i < n; ++i) {
+    int code = 0;
+    if (l.Segment() && !SegmentEndCode(ts[i], len, code)) continue;
+    const KvGePoint2d at = n == 1 ? KvGePoint2d(fx, fy) : KvGePoint2d(l.P1().x + ux * ts[i], l.P1().y + uy * ts[i]);
+    out.Add(KvGeIntrPoint2d(at, 0, code, 0, ts[i], 0.0, 0, 0, 0));
+    ++added;
+  }
+  return added;
+}
+
 int ParalellLine2d(const KvGePoint2d& a, const KvGePoint2d& b, double distance, KvGePoint2d& a1, KvGePoint2d& b1) {
   KvGePoint2d dir = b - a;
   if (!dir.Normalize()) return 0;

@@ -17,13 +17,12 @@
 // The "23d" and KvGePoint3d forms work in plan (x and y); their crossing point has z = 0.
 
 #include "basics/UtilityGeometryExport.h"
+#include "geometry/curves/KvGeCircle2d.h"
 #include "geometry/curves/KvGeLine2d.h"
 #include "geometry/intersection/KvGeIntrPoint2d.h"
 #include "geometry/points/KvGePoint2d.h"
 #include "geometry/points/KvGePoint2dArray.h"
 #include "geometry/points/KvGePoint3d.h"
-
-class KvGeCircle2d;
 
 namespace KvGeDetail {
 
@@ -67,6 +66,15 @@ KVGE_API int Intersection2d(const KvGeLine23d& a, const KvGeLine23d& b, KvGeIntr
 /// The same, added to out (emptied first when append is 0); 1 when a record was added.
 KVGE_API int Intersection2d(const KvGeLine2d& a, const KvGeLine2d& b, KvGeIntrPoint2dArray& out, int append);
 KVGE_API int Intersection2d(const KvGeLine23d& a, const KvGeLine23d& b, KvBtDynArray<KvGeIntrPoint3d>& out, int append);
+
+/// The crossings of l (object 0) with the circle k, in the line's direction: none when the
+/// squared half chord h2 (radius squared minus the squared distance of the centre from the
+/// line) is below -0.001, one touching record at the foot when h2 is within 0.001 of 0 (the band
+/// applies to h2, not to a length, deliberately), else two. On a bounded line a crossing more
+/// than 0.001 outside the segment is dropped. Records carry the point, the parameter and end
+/// code on the line; their crossing sense and the fields of object 1 are 0. A line no longer
+/// than 0.001 gives none. out is emptied first when append is 0; returns the number added.
+KVGE_API int Intersection2d(const KvGeLine2d& l, const KvGeCircle2d& k, KvGeIntrPoint2dArray& out, int append);
 
 /// Every crossing of l (object 0) with the edges of the closed sequence (object 1, edge i from
 /// point i to point i + 1, the last closing back to point 0), in edge order, with the edge
