@@ -5,6 +5,9 @@
 // operator new replaced below, so allocations inside the peers' shared libraries count too).
 // Compare the times as ratios. Peers missing at configure time are skipped with a message.
 //
+// The prepared region answers the same point queries through its index; its cases add the build
+// time (reported as edges per second) and the bytes it holds per edge.
+//
 // Before timing, every peer's answers are checked against the plain crossing loop or the
 // library on the same data, so that the cases compare equal work; disagreements are printed.
 #include <benchmark/benchmark.h>
@@ -257,6 +260,7 @@ struct ContainmentData {
   std::string name;
   std::vector<XY> ring, points;
   KvGePolygon2d poly;
+  KvGePreparedRegion2d prepared;
   KvBtDynArray<KvGePoint2d> libPoints;
 #if UG_BENCH_HAVE_BOOST_GEOMETRY
   BgPolygon bgPoly;
@@ -278,6 +282,7 @@ std::unique_ptr<ContainmentData> MakeContainmentData(Shape shape, int n) {
   d->ring = MakeRing(shape, n);
   d->points = MakeQueryPoints(0x5eed0000u + static_cast<unsigned>(n) + (shape == Shape::kStar ? 1u : 0u));
   d->poly = LibraryPolygon(d->ring);
+  d->prepared.Set(d->poly);
   for (const XY& p : d->points) d->libPoints.Add(KvGePoint2d(p.x, p.y));
 #if UG_BENCH_HAVE_BOOST_GEOMETRY
   d->bgPoly = BoostPolygon({d->ring});
@@ -322,6 +327,13 @@ void CheckContainment(const ContainmentData& d) {
     disagree[3] += (GEOSPreparedContains_r(g_geos, d.geosPrepared, d.geosPoints[i]) == 1 ? 1 : 0) != floor;
 #endif
   }
+  // The prepared region must give the free function's answer, boundary band included.
+  int preparedDiffers = 0;
+  for (std::size_t i = 0; i < kPointCount; ++i)
+    preparedDiffers +=
+        d.prepared.Containment(d.libPoints.GetData()[i]) != Containment(d.libPoints.GetData()[i], d.poly);
+  if (preparedDiffers)
+    std::printf("containment %s: prepared answers differing from the library: %d\n", d.name.c_str(), preparedDiffers);
   if (disagree[0] || disagree[1] || disagree[2] || disagree[3])
     std::printf("containment %s: answers differing from the plain loop (library, Boost, CGAL, GEOS): %d %d %d %d\n",
                 d.name.c_str(), disagree[0], disagree[1], disagree[2], disagree[3]);
@@ -332,6 +344,22 @@ void RegisterContainment(const ContainmentData* d) {
   Register(base + "library", [d](benchmark::State& state) {
     TimedQueries(state, kPointCount,
                  [d](std::size_t i) { benchmark::DoNotOptimize(Containment(d->libPoints.GetData()[i], d->poly)); });
+  });
+  Register(base + "prepared", [d](benchmark::State& state) {
+    TimedQueries(state, kPointCount,
+                 [d](std::size_t i) { benchmark::DoNotOptimize(d->prepared.Containment(d->libPoints.GetData()[i])); });
+  });
+  // One fresh build per iteration (its storage allocated and freed); items are edges, so items_per_second is edges
+  // built per second.
+  Register(base + "prepared_build", [d](benchmark::State& state) {
+    for (auto _ : state) {
+      const KvGePreparedRegion2d built(d->poly);
+      benchmark::DoNotOptimize(built.NumberOfEdges());
+    }
+    const KvGePreparedRegion2d region(d->poly);
+    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * d->poly.GetSize());
+    state.counters["bytes_per_edge"] =
+        static_cast<double>(sizeof(KvGePreparedRegion2d) + region.MemoryUsage()) / d->poly.GetSize();
   });
   Register(base + "plain_loop", [d](benchmark::State& state) {
     TimedQueries(state, kPointCount,

@@ -237,7 +237,7 @@ void KvGePreparedRegion2d::Build() {
   std::int32_t ringFirst = 0;
   for (int i = 0; i < runs; ++i) {
     const int a = i * kFan, b = std::min(a + kFan, edges) - 1;
-    Node nd{m_X[a], m_X[a], m_Y[a], m_Y[a], ringFirst, ringFirst};
+    Node nd{m_X[a], m_X[a], m_Y[a], m_Y[a], m_Y[a], m_Y[m_Next[b]], ringFirst, ringFirst};
     for (int k = a; k <= b; ++k) {
       if (k > 0 && m_Next[k - 1] != k) ringFirst = k;
       if (k == a) nd.firstA = ringFirst;
@@ -266,6 +266,7 @@ void KvGePreparedRegion2d::Build() {
         nd.ymax = std::max(nd.ymax, ch.ymax);
       }
       nd.firstB = m_Nodes[below + c1].firstB;
+      nd.yEnd = m_Nodes[below + c1].yEnd;
       m_Nodes.push_back(nd);
     }
     count = parents;
@@ -285,28 +286,34 @@ unsigned short KvGePreparedRegion2d::Containment(const KvGePoint2d& p) const {
   const double* X = m_X.data();
   const double* Y = m_Y.data();
   const std::int32_t* next = m_Next.data();
-  const int levels = static_cast<int>(m_LevelStart.size()) - 1;
-  NodeStack stack;
-  const int top = levels - 1;
-  for (int i = m_LevelStart[top + 1] - m_LevelStart[top] - 1; i >= 0; --i) stack.Push(top, i);
+  const Node* nodes = m_Nodes.data();
+  const std::int32_t* levelStart = m_LevelStart.data();
   int s = 0;
   bool unclear = false;
+  // Whether the node must be opened; a node wholly left of the point adds its chain's count,
+  // which telescopes, one wholly right of, above or below it adds nothing.
+  auto open = [&](const Node& nd) {
+    if (nd.ymin - py > kBand || py - nd.ymax > kBand || nd.xmin - px > kClear) return false;
+    if (px - nd.xmax > kClear) {
+      s += Class(nd.yEnd, py) - Class(nd.yStart, py);
+      if (nd.firstA != nd.firstB) s += Class(Y[nd.firstA], py) - Class(Y[nd.firstB], py);
+      return false;
+    }
+    return true;
+  };
+  NodeStack stack;
+  const int top = static_cast<int>(m_LevelStart.size()) - 2;
+  for (int i = levelStart[top]; i < levelStart[top + 1]; ++i)
+    if (open(nodes[i])) stack.Push(top, i - levelStart[top]);
   while (stack.top > 0) {
     --stack.top;
     const int level = stack.level[stack.top], i = stack.index[stack.top];
-    const Node& nd = m_Nodes[m_LevelStart[level] + i];
-    if (nd.ymin - py > kBand || py - nd.ymax > kBand) continue;
-    if (nd.xmin - px > kClear) continue;
-    if (px - nd.xmax > kClear) {
-      // Every crossing of the node's edges lies left of the point: the chain's count telescopes.
-      const int a = NodeFirstEdge(level, i), b = NodeLastEdge(level, i);
-      s += Class(Y[next[b]], py) - Class(Y[a], py) + Class(Y[nd.firstA], py) - Class(Y[nd.firstB], py);
-      continue;
-    }
     if (level > 0) {
       const int c0 = i * kFan;
-      const int c1 = std::min(c0 + kFan, m_LevelStart[level] - m_LevelStart[level - 1]) - 1;
-      for (int c = c1; c >= c0; --c) stack.Push(level - 1, c);
+      const int c1 = std::min(c0 + kFan, levelStart[level] - levelStart[level - 1]);
+      const Node* children = nodes + levelStart[level - 1];
+      for (int c = c0; c < c1; ++c)
+        if (open(children[c])) stack.Push(level - 1, c);
       continue;
     }
     const int b = NodeLastEdge(0, i);

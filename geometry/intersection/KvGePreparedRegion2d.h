@@ -101,6 +101,9 @@ class KVGE_API KvGePreparedRegion2d {
  private:
   struct Node {
     double xmin, xmax, ymin, ymax;
+    // y of the start of the node's first edge and of the end of its last edge: the chain's
+    // crossing count needs no other vertex unless the node holds a ring seam.
+    double yStart, yEnd;
     // The first vertex of the ring of the node's first edge and of its last edge.
     std::int32_t firstA, firstB;
   };
