@@ -30,10 +30,12 @@
 // box lies wholly on one side of the line are skipped) and go through an intersection calculator
 // as the free functions do: O(log n + k log k) for k crossings, with the calculator's storage.
 //
-// Costs: building is linear (one pass over the vertices, one over the runs), about 26 bytes per
-// edge (two coordinates, the next vertex's index, and the boxes of the runs and nodes, which
-// are about one seventh as many as the edges). A point query allocates nothing; the exact path
-// uses a stack buffer and, beyond 64 crossings, storage kept per thread.
+// Costs: building is linear (one pass over the vertices, one over the runs) and holds about 28
+// bytes per edge: two coordinates and the next vertex's index per edge, and per run or node
+// (about one seventh as many as the edges) a box and the heights of its chain's two ends. A
+// point query opens O(log n) nodes on such outlines, and all of them only where the boxes of
+// every run hold the point (long interleaved spikes); it allocates nothing, the exact path
+// using a stack buffer and, beyond 64 crossings, storage kept per thread.
 //
 // Concurrency: the object is not changed after it is built; every const member may be called
 // from any number of threads on one shared object without a lock.
