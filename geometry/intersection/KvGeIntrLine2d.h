@@ -44,6 +44,70 @@ inline int CrossInfiniteLines(double p1x, double p1y, double p2x, double p2y, do
   return 1;
 }
 
+// Where parameter t lies on a segment of length len: end code 0 strictly inside, -1 at the
+// start, +1 at the end (within 0.001, the start tested first); 0 when it lies outside.
+inline int SegmentEndCode(double t, double len, int& code) {
+  if (KvBtRealCompare(0.0, t, kKvGeLinearTol) < 0 && KvBtRealCompare(t, len, kKvGeLinearTol) < 0)
+    code = 0;
+  else if (KvBtRealCompare(0.0, t, kKvGeLinearTol) == 0)
+    code = -1;
+  else if (KvBtRealCompare(t, len, kKvGeLinearTol) == 0)
+    code = 1;
+  else
+    return 0;
+  return 1;
+}
+
+// The record of the crossing of a (bounded when segA) and b (bounded when segB) in plan
+// coordinates; 0 when there is none.
+struct Crossing {
+  double x, y;
+  int sense, code0, code1;
+  double t0, t1;
+};
+
+inline int CrossLines(double p1x, double p1y, double p2x, double p2y, int segA, double q1x, double q1y, double q2x,
+                      double q2y, int segB, Crossing& r) {
+  double sx, sy, c, l1, l2;
+  if (!KvGeDetail::CrossInfiniteLines(p1x, p1y, p2x, p2y, q1x, q1y, q2x, q2y, sx, sy, c, l1, l2)) return 0;
+  const double t0 = ((sx - p1x) * (p2x - p1x) + (sy - p1y) * (p2y - p1y)) / l1;
+  const double t1 = ((sx - q1x) * (q2x - q1x) + (sy - q1y) * (q2y - q1y)) / l2;
+  int code0 = 0, code1 = 0;
+  if (segA && !SegmentEndCode(t0, l1, code0)) return 0;
+  if (segB && !SegmentEndCode(t1, l2, code1)) return 0;
+  r = Crossing{sx, sy, sgn(c), code0, code1, t0, t1};
+  return 1;
+}
+
+// An edge whose end points both lie more than this far on the same side of a line cannot meet
+// it within 0.001 of the edge: the crossing of the infinite lines lies at least as far beyond
+// the nearer end, measured along the edge. The margin over 0.001 absorbs rounding.
+constexpr double kSideBand = 0.0015;
+
+// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that l crosses
+// (edge bounded, l as its Segment says), in edge order. Edges lying wholly on one side of the
+// line beyond kSideBand are skipped without a square root; they could not cross.
+template <class Add>
+void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&& add) {
+  const double p1x = l.P1().x, p1y = l.P1().y, p2x = l.P2().x, p2y = l.P2().y;
+  const double dx = p2x - p1x, dy = p2y - p1y;
+  const double len = std::sqrt(dx * dx + dy * dy);
+  // A line no longer than 0.001 crosses nothing.
+  if (IsEqual(len, 0.0, kKvGeLinearTol)) return;
+  const double band = kSideBand * len;
+  for (int i = 0; i < n; ++i) {
+    const KvGePoint2d& s = v[i];
+    const KvGePoint2d& e = v[i + 1 == n ? 0 : i + 1];
+    // Cross products with the direction: the distances of the edge's ends from the line, times
+    // its length. A coordinate that is not a number never skips.
+    const double hs = dx * (s.y - p1y) - dy * (s.x - p1x);
+    const double he = dx * (e.y - p1y) - dy * (e.x - p1x);
+    if (((hs > band) & (he > band)) | ((hs < -band) & (he < -band))) continue;
+    Crossing c;
+    if (CrossLines(p1x, p1y, p2x, p2y, l.Segment(), s.x, s.y, e.x, e.y, 1, c)) add(c, i);
+  }
+}
+
 }  // namespace KvGeDetail
 
 /// Crosses p1-p2 with q1-q2. On a degenerate or parallel pair 0, s untouched. Otherwise s is the
