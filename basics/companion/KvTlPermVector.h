@@ -40,11 +40,18 @@ class KVBT_API KvTlPermVector {
   std::vector<int> m_Perm;
 };
 
-// The sort of KvTlPermVector::Sort on any run of n indices, for callers that keep their
-// permutation in storage of their own: the same comparisons in the same order give the same
-// (unstable) result.
-template <class Compare>
-void KvTlSortIndices(int* a, int n, const Compare& cmp) {
+// The sort of KvTlPermVector::Sort on any run of n items, for callers that keep their items in
+// storage of their own: cmp(x, y) compares two items (never an item with itself), and the same
+// comparisons in the same order give the same (unstable) result, whether the items are indices
+// or the records themselves.
+//
+// skip(lo, hi) may declare a range lo .. hi whose set of items is final (the range lies between
+// two items already in place, or at an end) as needing no order among its items: the range is
+// then left as it is and the sort goes on with the other ranges, which it orders exactly as
+// without skipping. A caller that reads only some positions of the order uses this to order
+// just those.
+template <class T, class Compare, class Skip>
+void KvTlSortRange(T* a, int n, const Compare& cmp, const Skip& skip) {
   int lo = 0;
   int hi = n - 1;
   // Explicit stack: the smaller side is pushed, the larger one is looped on, so the depth is
@@ -52,12 +59,17 @@ void KvTlSortIndices(int* a, int n, const Compare& cmp) {
   int stack[2 * 64];
   int top = 0;
   for (;;) {
+    bool skipped = false;
     while (hi - lo + 1 > 8) {
+      if (skip(lo, hi)) {
+        skipped = true;
+        break;
+      }
       const int mid = lo + (hi - lo) / 2;
-      int t = a[lo];
+      T t = a[lo];
       a[lo] = a[mid];
       a[mid] = t;
-      const int pivot = a[lo];
+      const T pivot = a[lo];
       int i = lo;
       int j = hi + 1;
       for (;;) {
@@ -82,12 +94,14 @@ void KvTlSortIndices(int* a, int n, const Compare& cmp) {
         lo = j + 1;
       }
     }
-    // Exchange sort of the short range: each entry is swapped down past larger ones.
-    for (int k = lo + 1; k <= hi; ++k) {
-      for (int m = k; m > lo && cmp(a[m], a[m - 1]) < 0; --m) {
-        const int t = a[m];
-        a[m] = a[m - 1];
-        a[m - 1] = t;
+    // Exchange sort of the short range: each item is swapped down past larger ones.
+    if (!skipped && hi > lo && !skip(lo, hi)) {
+      for (int k = lo + 1; k <= hi; ++k) {
+        for (int m = k; m > lo && cmp(a[m], a[m - 1]) < 0; --m) {
+          const T t = a[m];
+          a[m] = a[m - 1];
+          a[m - 1] = t;
+        }
       }
     }
     if (top == 0) break;
@@ -98,5 +112,5 @@ void KvTlSortIndices(int* a, int n, const Compare& cmp) {
 
 template <class Compare>
 void KvTlPermVector::Sort(const Compare& cmp) {
-  KvTlSortIndices(m_Perm.data(), GetSize(), cmp);
+  KvTlSortRange(m_Perm.data(), GetSize(), cmp, [](int, int) { return false; });
 }

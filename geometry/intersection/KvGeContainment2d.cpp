@@ -1,5 +1,6 @@
 #include "geometry/intersection/KvGeContainment2d.h"
 
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -15,8 +16,17 @@ namespace {
 // keeps its parameter (x), its segment index on the scan line and its crossing count with
 // respect to the edge. The records sit in the order the full calculator would hold them (the two
 // sentinels, then the edges' crossings in edge order), are sorted by the same quicksort with the
-// same tolerant comparison, and the parts are walked as the calculator cuts them, so the answer
-// is the calculator's own. Storage is inline for the first kInline records.
+// same tolerant comparison (moving the records instead of their indices changes nothing: the
+// sort never compares an item with itself), and the parts are walked as the calculator cuts
+// them, so the answer is the calculator's own. Storage is inline for the first kInline records.
+//
+// Only the parts that cover p.x are read, and their running counts are sums over the records
+// before them, which do not depend on how those records are ordered among themselves. So a
+// range of the sort holding only records far to the left of p.x (more than 0.003 before it), or
+// only records far to the right (or the far sentinel), is left unordered: no part inside it
+// covers p.x, and the part that leaves or enters it has the same start, type and end whichever
+// of its records comes first or last, because its neighbour that covers p.x lies more than
+// 0.002 away from all of them.
 class ScanLine {
  public:
   explicit ScanLine(double py) : m_Y(py) {
@@ -43,23 +53,36 @@ class ScanLine {
   }
 
   unsigned short Classify(double px) {
+    Record* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
     const int n = m_Size;
-    int* perm = m_Heap.empty() ? m_InlinePerm : m_HeapPerm.data();
-    const Record* rec = Records();
-    for (int i = 0; i < n; ++i) perm[i] = i;
-    KvTlSortIndices(perm, n, [rec](int a, int b) {
-      if (a == b) return 0;
-      const Record& ra = rec[a];
-      const Record& rb = rec[b];
-      if (ra.segment < rb.segment) return -1;
-      if (ra.segment > rb.segment) return 1;
-      return KvBtRealCompare(ra.param, rb.param, kKvGeLinearTol);
-    });
+    // Far from p.x by more than three tolerances; nothing is far for a p.x beyond 1e8 (near the
+    // sentinels' parameters) or not a number.
+    const bool prune = std::fabs(px) < 1e8;
+    const double left = px - 3 * kKvGeLinearTol, right = px + 3 * kKvGeLinearTol;
+    const auto side = [&](const Record& r) {
+      if (r.segment != 0 || r.param > right) return 1;
+      return r.param < left ? -1 : 0;
+    };
+    KvTlSortRange(
+        rec, n,
+        [](const Record& a, const Record& b) {
+          if (a.segment < b.segment) return -1;
+          if (a.segment > b.segment) return 1;
+          return KvBtRealCompare(a.param, b.param, kKvGeLinearTol);
+        },
+        [&](int lo, int hi) {
+          if (!prune) return false;
+          const int first = side(rec[lo]);
+          if (first == 0) return false;
+          for (int i = lo + 1; i <= hi; ++i)
+            if (side(rec[i]) != first) return false;
+          return true;
+        });
     bool outside = false, boundary = false, inside = false;
     int s = 0;
     for (int i = 0; i + 1 < n; ++i) {
-      const Record& p = rec[perm[i]];
-      const Record& q = rec[perm[i + 1]];
+      const Record& p = rec[i];
+      const Record& q = rec[i + 1];
       s += p.cut;
       if (p.segment != 0 || KvBtRealCompare(p.param, px, kKvGeLinearTol) > 0) continue;
       if (q.segment == 0 && KvBtRealCompare(q.param, px, kKvGeLinearTol) < 0) continue;
@@ -76,8 +99,6 @@ class ScanLine {
     return outside ? 2 : 4;
   }
 
-  double Y() const { return m_Y; }
-
  private:
   struct Record {
     double param;
@@ -86,27 +107,23 @@ class ScanLine {
   };
   static constexpr int kInline = 64;
 
-  const Record* Records() const { return m_Heap.empty() ? m_Inline : m_Heap.data(); }
   void Push(double param, std::uint32_t segment, int cut) {
-    if (m_Size == kInline && m_Heap.empty()) {
-      m_Heap.assign(m_Inline, m_Inline + kInline);
-      m_HeapPerm.resize(kInline);
+    if (m_Size < kInline) {
+      m_Inline[m_Size++] = Record{param, segment, cut};
+      return;
     }
     if (m_Heap.empty()) {
-      m_Inline[m_Size] = Record{param, segment, cut};
-    } else {
-      m_Heap.push_back(Record{param, segment, cut});
-      m_HeapPerm.push_back(0);
+      m_Heap.reserve(4 * kInline);
+      m_Heap.assign(m_Inline, m_Inline + kInline);
     }
+    m_Heap.push_back(Record{param, segment, cut});
     ++m_Size;
   }
 
   double m_Y;
   int m_Size = 0;
   Record m_Inline[kInline];
-  int m_InlinePerm[kInline];
   std::vector<Record> m_Heap;
-  std::vector<int> m_HeapPerm;
 };
 
 // The point measures within 0.001 of an edge only when the edge's box lies within this band of

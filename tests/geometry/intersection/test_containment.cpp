@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <vector>
 
 #include "geometry/intersection/KvGeContainment2d.h"
 #include "geometry/intersection/KvGeDistance2d.h"
@@ -255,8 +256,10 @@ TEST(Containment, MatchesTheStepByStepAnswer) {
           p.Set(s.x - ux * back - uy * off, s.y - uy * back + ux * off);
           break;
         }
-        default:
-          p.Set(100 * unit(rng), 100 * unit(rng));
+        default: {
+          const double x = 100 * unit(rng);
+          p.Set(x, 100 * unit(rng));
+        }
       }
       KvGePolygon2dArray one;
       one.Add(poly);
@@ -266,4 +269,39 @@ TEST(Containment, MatchesTheStepByStepAnswer) {
     }
   }
   EXPECT_GT(checked, 15000);
+}
+
+// The same with scan lines that cross up to hundreds of edges of a comb, whose teeth stand in
+// clusters narrower than the tolerance and end at shared heights: the sort's long ranges, the
+// records beyond the inline storage, and the ranges it leaves unordered far from the point.
+TEST(Containment, ManyCrossingsMatchTheStepByStepAnswer) {
+  std::mt19937 rng(4242);
+  std::uniform_real_distribution<double> unit(0.0, 1.0);
+  const double heights[] = {5, 7, 9, 11, 7.0009, 8.9991};
+  const double offsets[] = {0.0, 0.0009, -0.0009, 0.0011, -0.0011, 0.0025, -0.0031, 0.004};
+  for (int shape = 0; shape < 120; ++shape) {
+    const int m = 10 + static_cast<int>(unit(rng) * 300);
+    KvGePolygon2d comb;
+    std::vector<double> xs;
+    double x = 0;
+    for (int i = 0; i <= m; ++i) {
+      x += unit(rng) < 0.3 ? 0.0004 + 0.002 * unit(rng) : 0.5 * unit(rng);
+      xs.push_back(x);
+    }
+    comb.Add(KvGePoint2d(x, -5));
+    for (int i = m; i >= 0; --i) comb.Add(KvGePoint2d(xs[i], heights[static_cast<int>(unit(rng) * 6) % 6]));
+    comb.Add(KvGePoint2d(0, -5));
+    if (shape % 2) comb.Invert();
+    KvGePolygon2dArray one, holed;
+    one.Add(comb);
+    holed.Add(comb);
+    holed.Add(Poly({{0.2, 6}, {0.2, 8}, {x - 0.2, 8}, {x - 0.2, 6}}));
+    for (int k = 0; k < 80; ++k) {
+      const double y = heights[k % 6] + offsets[(k / 6) % 8];
+      const double px = k % 3 ? xs[static_cast<int>(unit(rng) * m)] + offsets[k % 8] : x * unit(rng);
+      const KvGePoint2d p(px, y);
+      ASSERT_EQ(Containment(p, comb), SlowContainment(p, one, true)) << shape << " " << k;
+      ASSERT_EQ(Containment(p, holed), SlowContainment(p, holed, false)) << shape << " " << k;
+    }
+  }
 }

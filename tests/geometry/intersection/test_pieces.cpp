@@ -124,7 +124,8 @@ TEST(Pieces, CrossingsMatchEdgeByEdge) {
       const double a = k % 3 ? 3.14159 * unit(rng) : 0.0, off = offsets[k % 8];
       const KvGePoint2d d(std::cos(a), std::sin(a));
       const KvGePoint2d base(v.x - d.y * off, v.y + d.x * off);
-      const KvGeLine2d l(base - d * (30 * unit(rng)), base + d * (30 * unit(rng)), k % 2);
+      const double back = 30 * unit(rng);
+      const KvGeLine2d l(base - d * back, base + d * (30 * unit(rng)), k % 2);
       Intersection2d(l, ring, fast, 0);
       int slow = 0;
       for (int i = 0; i < n; ++i) {
