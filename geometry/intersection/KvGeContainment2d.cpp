@@ -12,6 +12,56 @@
 
 namespace {
 
+// The cut of the edge s-e with the horizontal line at height py: each end is below (-1), on (0,
+// within 0.001) or above (1) the line; an edge whose ends share a class gives none. A cut at the
+// edge's start or end counts once (end code -1 or 1), one inside the edge counts twice, so that
+// the two edges meeting at a vertex on the line add up to one crossing.
+inline bool CutEdge(const KvGePoint2d& s, const KvGePoint2d& e, double py, double& x, int& cut) {
+  const int cs = KvBtRealCompare(s.y, py, kKvGeLinearTol);
+  const int ce = KvBtRealCompare(e.y, py, kKvGeLinearTol);
+  if (cs == ce) return false;
+  if (cs == 0) {
+    x = s.x;
+    cut = ce;
+  } else if (ce == 0) {
+    x = e.x;
+    cut = -cs;
+  } else {
+    x = s.x + (py - s.y) * (e.x - s.x) / (e.y - s.y);
+    cut = 2 * ce;
+  }
+  return true;
+}
+
+// The answer without storing or sorting the records, when it cannot depend on their order: no
+// record lies within 0.001 of p.x. Then every record below p.x ends before every record above it
+// in the calculator's order: the sort leaves a record after a greater one only where a chain of
+// records, each within 0.001 of the next, links the two (a pivot lets only records within 0.001
+// of it pass to its other side; an exchange stops only at a neighbour within 0.001), and no
+// such chain crosses the gap of 0.002 around p.x. So the only part that covers p.x runs from the
+// last record below to the first above, more than 0.001 apart, and its count is the sum over the
+// records below. Add answers false as soon as a record falls within 0.001 of p.x (or is not
+// finite); Answer gives 0 for a p.x so large that the sentinels' parameters come near.
+class DirectScan {
+ public:
+  explicit DirectScan(double px) : m_X(px) {}
+
+  bool Add(double x, int cut) {
+    if (KvBtRealCompare(x, m_X, kKvGeLinearTol) == 0 || !(std::fabs(x) < HUGE_VAL)) return false;
+    if (x < m_X) m_Count += cut;
+    return true;
+  }
+
+  unsigned short Answer() const {
+    if (!(std::fabs(m_X) < 1e8)) return 0;
+    return m_Count <= -2 ? 4 : (m_Count == -1 ? 2 : 1);
+  }
+
+ private:
+  double m_X;
+  int m_Count = 0;
+};
+
 // The calculator of the horizontal scan line, reduced to what the point test reads: each record
 // keeps its parameter (x), its segment index on the scan line and its crossing count with
 // respect to the edge. The records sit in the order the full calculator would hold them (the two
@@ -29,27 +79,16 @@ namespace {
 // 0.002 away from all of them.
 class ScanLine {
  public:
-  explicit ScanLine(double py) : m_Y(py) {
+  ScanLine() {
     Push(KvGeIntrPoint2d::kNegInfinity.Param0(), KvGeIntrPoint2d::kNegInfinity.Segment0(), 0);
     Push(KvGeIntrPoint2d::kPosInfinity.Param0(), KvGeIntrPoint2d::kPosInfinity.Segment0(), 0);
   }
   ScanLine(const ScanLine&) = delete;
   ScanLine& operator=(const ScanLine&) = delete;
 
-  // The cut of the edge s-e with the line: each end is below (-1), on (0, within 0.001) or
-  // above (1) the line; an edge whose ends share a class gives none.
-  void Edge(const KvGePoint2d& s, const KvGePoint2d& e) {
-    const int cs = KvBtRealCompare(s.y, m_Y, kKvGeLinearTol);
-    const int ce = KvBtRealCompare(e.y, m_Y, kKvGeLinearTol);
-    if (cs == ce) return;
-    // A cut at the edge's start or end counts once (end code -1 or 1), one inside counts twice,
-    // so that the two edges meeting at a vertex on the line add up to one crossing.
-    if (cs == 0)
-      Push(s.x, 0, ce);
-    else if (ce == 0)
-      Push(e.x, 0, -cs);
-    else
-      Push(s.x + (m_Y - s.y) * (e.x - s.x) / (e.y - s.y), 0, 2 * ce);
+  bool Add(double x, int cut) {
+    Push(x, 0, cut);
+    return true;
   }
 
   unsigned short Classify(double px) {
@@ -120,7 +159,6 @@ class ScanLine {
     ++m_Size;
   }
 
-  double m_Y;
   int m_Size = 0;
   Record m_Inline[kInline];
   std::vector<Record> m_Heap;
@@ -174,38 +212,69 @@ unsigned short EdgesContainment(const KvGePoint2dArray& tested, int closed, cons
   return bits;
 }
 
-}  // namespace
-
-unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2d& poly) {
+// Feeds the cuts of the polygon's edges to sink, with the boundary test first on each edge near
+// p: 2 when p lies within 0.001 of an edge, 0 when sink gave up, 1 when all edges were fed.
+template <class Sink>
+int ScanPolygon(const KvGePolygon2d& poly, double px, double py, Sink& sink) {
   const int n = poly.GetSize();
   const KvGePoint2d* v = poly.GetData();
-  const double px = p.x, py = p.y;
-  ScanLine scan(py);
+  const double top = py + kBoxBand, bottom = py - kBoxBand;
   for (int i = 0; i < n; ++i) {
     const KvGePoint2d& s = v[i];
     const KvGePoint2d& e = v[i + 1 == n ? 0 : i + 1];
     // An edge wholly above or below the band can neither be near p nor be cut by the scan line:
-    // both its ends then lie more than 0.001 off the line, on the same side.
-    const double ylo = s.y < e.y ? s.y : e.y, yhi = s.y < e.y ? e.y : s.y;
-    if (ylo - py > kBoxBand || py - yhi > kBoxBand) continue;
-    const double xlo = s.x < e.x ? s.x : e.x, xhi = s.x < e.x ? e.x : s.x;
-    if (!(xlo - px > kBoxBand || px - xhi > kBoxBand) &&
+    // both its ends then lie more than 0.001 off the line, on the same side. One branch, taken
+    // unpredictably on a ragged outline; an end that is not a number is never skipped.
+    if (((s.y > top) & (e.y > top)) | ((s.y < bottom) & (e.y < bottom))) continue;
+    if (!(((s.x - px > kBoxBand) & (e.x - px > kBoxBand)) | ((px - s.x > kBoxBand) & (px - e.x > kBoxBand))) &&
         IsEqual(KvGeDetail::SegmentDistanceSqr(s.x, s.y, e.x, e.y, px, py), 0.0, kKvGeLinearTolSqr))
       return 2;
-    scan.Edge(s, e);
+    double x;
+    int cut;
+    if (CutEdge(s, e, py, x, cut) && !sink.Add(x, cut)) return 0;
   }
-  return scan.Classify(px);
+  return 1;
 }
 
-unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2dArray& set) {
-  ScanLine scan(p.y);
+// The cuts of all edges of all rings of the set; 0 when sink gave up.
+template <class Sink>
+int ScanSet(const KvGePolygon2dArray& set, double py, Sink& sink) {
   const int m = set.GetSize();
   for (int j = 0; j < m; ++j) {
     const KvGePolygon2d& poly = set.GetData()[j];
     const int n = poly.GetSize();
     const KvGePoint2d* v = poly.GetData();
-    for (int i = 0; i < n; ++i) scan.Edge(v[i], v[i + 1 == n ? 0 : i + 1]);
+    for (int i = 0; i < n; ++i) {
+      double x;
+      int cut;
+      if (CutEdge(v[i], v[i + 1 == n ? 0 : i + 1], py, x, cut) && !sink.Add(x, cut)) return 0;
+    }
   }
+  return 1;
+}
+
+}  // namespace
+
+unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2d& poly) {
+  const double px = p.x, py = p.y;
+  DirectScan direct(px);
+  const int first = ScanPolygon(poly, px, py, direct);
+  if (first == 2) return 2;
+  if (first == 1) {
+    if (const unsigned short answer = direct.Answer()) return answer;
+  }
+  ScanLine scan;
+  if (ScanPolygon(poly, px, py, scan) == 2) return 2;
+  return scan.Classify(px);
+}
+
+unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2dArray& set) {
+  DirectScan direct(p.x);
+  if (ScanSet(set, p.y, direct)) {
+    if (const unsigned short answer = direct.Answer()) return answer;
+  }
+  ScanLine scan;
+  ScanSet(set, p.y, scan);
   return scan.Classify(p.x);
 }
 
