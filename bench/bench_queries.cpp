@@ -5,8 +5,8 @@
 // operator new replaced below, so allocations inside the peers' shared libraries count too).
 // Compare the times as ratios. Peers missing at configure time are skipped with a message.
 //
-// The prepared region answers the same point queries through its index; its cases add the build
-// time (reported as edges per second) and the bytes it holds per edge.
+// The prepared region answers the same point queries through its index; its build cases give the
+// CPU time and the bytes it holds per edge.
 //
 // Before timing, every peer's answers are checked against the plain crossing loop or the
 // library on the same data, so that the cases compare equal work; disagreements are printed.
@@ -16,6 +16,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
+#include <map>
 #include <memory>
 #include <new>
 #include <string>
@@ -259,6 +261,9 @@ GEOSGeometry* GeosPolygon(const std::vector<XY>& ring) {
 struct ContainmentData {
   std::string name;
   std::vector<XY> ring, points;
+  // Edges the horizontal line through a query point crosses, on average: the work of the scan
+  // line beyond the loop over the edges.
+  double crossed = 0.0;
   KvGePolygon2d poly;
   KvGePreparedRegion2d prepared;
   KvBtDynArray<KvGePoint2d> libPoints;
@@ -283,6 +288,11 @@ std::unique_ptr<ContainmentData> MakeContainmentData(Shape shape, int n) {
   d->points = MakeQueryPoints(0x5eed0000u + static_cast<unsigned>(n) + (shape == Shape::kStar ? 1u : 0u));
   d->poly = LibraryPolygon(d->ring);
   d->prepared.Set(d->poly);
+  std::size_t crossed = 0;
+  for (const XY& p : d->points)
+    for (std::size_t k = 0, j = d->ring.size() - 1; k < d->ring.size(); j = k++)
+      crossed += (d->ring[k].y > p.y) != (d->ring[j].y > p.y);
+  d->crossed = static_cast<double>(crossed) / static_cast<double>(kPointCount);
   for (const XY& p : d->points) d->libPoints.Add(KvGePoint2d(p.x, p.y));
 #if UG_BENCH_HAVE_BOOST_GEOMETRY
   d->bgPoly = BoostPolygon({d->ring});
@@ -349,28 +359,24 @@ void RegisterContainment(const ContainmentData* d) {
     TimedQueries(state, kPointCount,
                  [d](std::size_t i) { benchmark::DoNotOptimize(d->prepared.Containment(d->libPoints.GetData()[i])); });
   });
-  // One fresh build per iteration (its storage allocated and freed); items are edges, so items_per_second is edges
-  // built per second.
-  Register(base + "prepared_build", [d](benchmark::State& state) {
+  // One fresh build per iteration, its storage allocated and freed; in a group of its own, as
+  // its time is not a query's. Reports the CPU time per edge and the bytes held per edge.
+  Register("prepared_build/" + d->name + "/build", [d](benchmark::State& state) {
+    const std::clock_t start = std::clock();
     for (auto _ : state) {
       const KvGePreparedRegion2d built(d->poly);
       benchmark::DoNotOptimize(built.NumberOfEdges());
     }
+    const double edges = static_cast<double>(state.iterations()) * d->poly.GetSize();
+    state.counters["ns_per_edge"] = 1e9 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC / edges;
     const KvGePreparedRegion2d region(d->poly);
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * d->poly.GetSize());
     state.counters["bytes_per_edge"] =
         static_cast<double>(sizeof(KvGePreparedRegion2d) + region.MemoryUsage()) / d->poly.GetSize();
   });
   Register(base + "plain_loop", [d](benchmark::State& state) {
     TimedQueries(state, kPointCount,
                  [d](std::size_t i) { benchmark::DoNotOptimize(PlainCrossing(d->ring, d->points[i])); });
-    // Edges the horizontal line through the point crosses, on average: how much work the
-    // scan line has beyond the edge loop.
-    std::size_t crossed = 0;
-    for (const XY& p : d->points)
-      for (std::size_t k = 0, j = d->ring.size() - 1; k < d->ring.size(); j = k++)
-        crossed += (d->ring[k].y > p.y) != (d->ring[j].y > p.y);
-    state.counters["crossed"] = static_cast<double>(crossed) / static_cast<double>(kPointCount);
+    state.counters["crossed"] = d->crossed;
   });
 #if UG_BENCH_HAVE_BOOST_GEOMETRY
   Register(base + "boost_covered_by", [d](benchmark::State& state) {
@@ -556,14 +562,70 @@ void RegisterPairs(const PairsData* d) {
 #endif
 }
 
+// One line per case: the CPU time per query (the median over the repetitions, so that other
+// load on the machine weighs little), the allocations per query, and for a peer or the plain loop
+// the ratio of the library's time on the same data to its time. The library's case runs first in
+// each group.
+class RatioReporter : public benchmark::ConsoleReporter {
+ public:
+  bool ReportContext(const Context& context) override {
+    const bool ok = ConsoleReporter::ReportContext(context);
+    std::printf("%-56s %14s %10s %16s\n", "case (CPU time per query)", "time", "allocs", "library / this");
+    return ok;
+  }
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      const bool single = run.run_type == Run::RT_Iteration && run.repetitions <= 1;
+      const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
+      if (!single && !median) continue;
+      const std::string& name = run.run_name.function_name;
+      if (run.error_occurred) {
+        std::printf("%-56s skipped: %s\n", name.c_str(), run.error_message.c_str());
+        continue;
+      }
+      const double ns = run.GetAdjustedCPUTime() * NanosecondsPer(run.time_unit);
+      const auto allocs = run.counters.find("allocs");
+      const std::size_t slash = name.rfind('/');
+      const std::string group = name.substr(0, slash), impl = name.substr(slash + 1);
+      std::printf("%-56s %11.1f ns %10.2f", name.c_str(), ns,
+                  allocs == run.counters.end() ? 0.0 : allocs->second.value);
+      if (impl == "library")
+        m_Library[group] = ns;
+      else if (m_Library.count(group) != 0)
+        std::printf(" %15.2fx", m_Library[group] / ns);
+      for (const auto& counter : run.counters)
+        if (counter.first != "allocs") std::printf("  %s %.2f", counter.first.c_str(), counter.second.value);
+      std::printf("\n");
+    }
+    std::fflush(stdout);
+  }
+
+ private:
+  static double NanosecondsPer(benchmark::TimeUnit unit) {
+    switch (unit) {
+      case benchmark::kSecond:
+        return 1e9;
+      case benchmark::kMillisecond:
+        return 1e6;
+      case benchmark::kMicrosecond:
+        return 1e3;
+      default:
+        return 1.0;
+    }
+  }
+  std::map<std::string, double> m_Library;
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A tenth of a second per case unless the command line says otherwise (a later flag wins):
-  // the whole program then stays well under two minutes.
+  // Three runs of 0.05 s CPU time per case unless the command line says otherwise (a later flag
+  // wins): the whole program then stays well under two minutes.
   std::vector<char*> args(argv, argv + argc);
-  char defaultMinTime[] = "--benchmark_min_time=0.1";
-  args.insert(args.begin() + 1, defaultMinTime);
+  char defaultMinTime[] = "--benchmark_min_time=0.05";
+  char defaultRepetitions[] = "--benchmark_repetitions=3";
+  char defaultAggregates[] = "--benchmark_display_aggregates_only=true";
+  args.insert(args.begin() + 1, {defaultMinTime, defaultRepetitions, defaultAggregates});
   int count = static_cast<int>(args.size());
   benchmark::Initialize(&count, args.data());
   if (benchmark::ReportUnrecognizedArguments(count, args.data())) return 1;
@@ -596,7 +658,8 @@ int main(int argc, char** argv) {
   CheckPairs(*pairs);
   RegisterPairs(pairs.get());
 
-  benchmark::RunSpecifiedBenchmarks();
+  RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
 
 #if UG_BENCH_HAVE_GEOS

@@ -118,12 +118,16 @@ struct KvGePreparedRegion2d::Scan {
     const int n = size;
     const Record* r = rec;
     for (int i = 0; i < n; ++i) perm[i] = i;
-    KvTlSortIndices(perm, n, [r](int a, int b) {
-      if (a == b) return 0;
-      if (r[a].segment < r[b].segment) return -1;
-      if (r[a].segment > r[b].segment) return 1;
-      return KvBtRealCompare(r[a].param, r[b].param, kKvGeLinearTol);
-    });
+    // The calculator's whole sort: the free function may leave far ranges unordered, which
+    // changes no part that covers the point.
+    KvTlSortRange(
+        perm, n,
+        [r](int a, int b) {
+          if (r[a].segment < r[b].segment) return -1;
+          if (r[a].segment > r[b].segment) return 1;
+          return KvBtRealCompare(r[a].param, r[b].param, kKvGeLinearTol);
+        },
+        [](int, int) { return false; });
     bool outside = false, boundary = false, inside = false;
     int s = 0;
     for (int i = 0; i + 1 < n; ++i) {
