@@ -91,16 +91,14 @@ TEST(Pieces, ModesHolesAndBoundary) {
     const KvGePolygon2dArray* region;
     KvGeLine2d line;
     Ranges_t mode0, mode1;
-  } rows[] = {
-      {"through the hole", &holed, KvGeLine2d({-5, 5}, {15, 5}), {{0, 3}, {7, 10}}, {{0, 3}, {7, 10}}},
-      {"unbounded", &holed, KvGeLine2d({40, 5}, {41, 5}, 0), {{0, 3}, {7, 10}}, {{0, 3}, {7, 10}}},
-      {"clipped", &holed, KvGeLine2d({1, 5}, {8, 5}), {{1, 3}, {7, 8}}, {{1, 3}, {7, 8}}},
-      {"backwards", &holed, KvGeLine2d({8, 5}, {1, 5}), {{8, 7}, {3, 1}}, {{8, 7}, {3, 1}}},
-      {"touching a hole's corner", &touched, KvGeLine2d({-5, 5}, {15, 5}), {{0, 5}, {5, 10}}, {{0, 10}}},
-      {"along an edge", &holed, KvGeLine2d({-5, 0}, {15, 0}), {}, {{0, 10}}},
-      {"along a hole's edge", &holed, KvGeLine2d({-5, 3}, {15, 3}), {{0, 3}, {7, 10}}, {{0, 10}}},
-      {"outside", &holed, KvGeLine2d({-5, 20}, {15, 20}), {}, {}},
-  };
+  } rows[] = {{"through the hole", &holed, KvGeLine2d({-5, 5}, {15, 5}), {{0, 3}, {7, 10}}, {{0, 3}, {7, 10}}},
+              {"unbounded", &holed, KvGeLine2d({40, 5}, {41, 5}, 0), {{0, 3}, {7, 10}}, {{0, 3}, {7, 10}}},
+              {"clipped", &holed, KvGeLine2d({1, 5}, {8, 5}), {{1, 3}, {7, 8}}, {{1, 3}, {7, 8}}},
+              {"backwards", &holed, KvGeLine2d({8, 5}, {1, 5}), {{8, 7}, {3, 1}}, {{8, 7}, {3, 1}}},
+              {"touching a hole's corner", &touched, KvGeLine2d({-5, 5}, {15, 5}), {{0, 5}, {5, 10}}, {{0, 10}}},
+              {"along an edge", &holed, KvGeLine2d({-5, 0}, {15, 0}), {}, {{0, 10}}},
+              {"along a hole's edge", &holed, KvGeLine2d({-5, 3}, {15, 3}), {{0, 3}, {7, 10}}, {{0, 10}}},
+              {"outside", &holed, KvGeLine2d({-5, 20}, {15, 20}), {}, {}}};
   for (const Row& r : rows) {
     SCOPED_TRACE(r.name);
     EXPECT_EQ(Intersection2d(r.line, *r.region, out, 0), static_cast<int>(r.mode0.size()));
@@ -148,46 +146,6 @@ TEST(Pieces, PolylinesChain) {
   ASSERT_EQ(Intersection2d(sq, pl, out, 1), 1);  // the single square: no hole
   EXPECT_EQ(out[0].GetSize(), 4);
   EXPECT_EQ(Intersection2d(holed, KvGePolyline2d(), out, 0), 0);
-}
-
-// The crossings of a line with a closed sequence, where edges lying clearly on one side of the
-// line are skipped, against crossing every edge one by one.
-TEST(Pieces, CrossingsMatchEdgeByEdge) {
-  std::mt19937 rng(7);
-  std::uniform_real_distribution<double> unit(0.0, 1.0);
-  const double offsets[] = {0.0, 0.0009, -0.0009, 0.0011, -0.0011, 0.0014, -0.0016, 0.0005};
-  KvGeIntrPoint2dArray fast;
-  for (int shape = 0; shape < 200; ++shape) {
-    KvGePoint2dArray ring;
-    const int n = 3 + static_cast<int>(unit(rng) * 20);
-    for (int i = 0; i < n; ++i) {
-      const double a = 6.283185307179586 * (i + unit(rng)) / n, r = 5 + 20 * unit(rng);
-      ring.Add(KvGePoint2d(std::round(r * std::cos(a) * 4) / 4, std::round(r * std::sin(a) * 4) / 4));
-    }
-    for (int k = 0; k < 40; ++k) {
-      // Lines through or just past a vertex, at a random slope, bounded or not.
-      const KvGePoint2d v = ring[static_cast<int>(unit(rng) * n) % n];
-      const double a = k % 3 ? 3.14159 * unit(rng) : 0.0, off = offsets[k % 8];
-      const KvGePoint2d d(std::cos(a), std::sin(a));
-      const KvGePoint2d base(v.x - d.y * off, v.y + d.x * off);
-      const double back = 30 * unit(rng);
-      const KvGeLine2d l(base - d * back, base + d * (30 * unit(rng)), k % 2);
-      Intersection2d(l, ring, fast, 0);
-      int slow = 0;
-      for (int i = 0; i < n; ++i) {
-        KvGeIntrPoint2d r;
-        if (!Intersection2d(l, KvGeLine2d(ring[i], ring[mod(i + 1, n)]), r)) continue;
-        ASSERT_LT(slow, fast.GetSize());
-        const KvGeIntrPoint2d& f = fast[slow++];
-        EXPECT_EQ(f.Segment1(), static_cast<unsigned>(i));
-        EXPECT_EQ(f.Param0(), r.Param0());
-        EXPECT_EQ(f.EndCode0(), r.EndCode0());
-        EXPECT_EQ(f.EndCode1(), r.EndCode1());
-        EXPECT_EQ(f.CrossSense(), r.CrossSense());
-      }
-      ASSERT_EQ(slow, fast.GetSize()) << shape << " " << k;
-    }
-  }
 }
 
 // The pieces against their step-by-step form on random regions with holes, clusters of
