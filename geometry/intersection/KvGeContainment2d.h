@@ -38,10 +38,11 @@
 
 /// 2 when p lies within 0.001 of an edge (inclusive), else 4 inside and 1 outside by the
 /// crossing senses (counter-clockwise encloses). 1 for a polygon without vertices. Allocates
-/// nothing unless the horizontal line through p crosses more than 62 edges.
+/// nothing, unless a crossing of the horizontal line through p lies within 0.001 of it and the
+/// line crosses more than 62 edges.
 KVGE_API unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2d& poly);
 /// The rings of the set as one region (clockwise rings inside counter-clockwise ones are
-/// holes); no separate boundary band. 1 for an empty set.
+/// holes); no separate boundary band. 1 for an empty set. Allocates as the polygon form.
 KVGE_API unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2dArray& set);
 /// The union of the bits of the line's parts (1 to 7); 0 for a bounded line no longer than
 /// 0.001, which has no part of positive length. An unbounded line always has outside parts.

@@ -4,49 +4,9 @@
 
 namespace {
 
-// Where parameter t lies on a segment of length len: end code 0 strictly inside, -1 at the
-// start, +1 at the end (within 0.001, the start tested first); 0 when it lies outside.
-int SegmentEndCode(double t, double len, int& code) {
-  if (KvBtRealCompare(0.0, t, kKvGeLinearTol) < 0 && KvBtRealCompare(t, len, kKvGeLinearTol) < 0)
-    code = 0;
-  else if (KvBtRealCompare(0.0, t, kKvGeLinearTol) == 0)
-    code = -1;
-  else if (KvBtRealCompare(t, len, kKvGeLinearTol) == 0)
-    code = 1;
-  else
-    return 0;
-  return 1;
-}
-
-// The record of the crossing of a (bounded when segA) and b (bounded when segB) in plan
-// coordinates; 0 when there is none.
-struct Crossing {
-  double x, y;
-  int sense, code0, code1;
-  double t0, t1;
-};
-
-int CrossLines(double p1x, double p1y, double p2x, double p2y, int segA, double q1x, double q1y, double q2x, double q2y,
-               int segB, Crossing& r) {
-  double sx, sy, c, l1, l2;
-  if (!KvGeDetail::CrossInfiniteLines(p1x, p1y, p2x, p2y, q1x, q1y, q2x, q2y, sx, sy, c, l1, l2)) return 0;
-  const double t0 = ((sx - p1x) * (p2x - p1x) + (sy - p1y) * (p2y - p1y)) / l1;
-  const double t1 = ((sx - q1x) * (q2x - q1x) + (sy - q1y) * (q2y - q1y)) / l2;
-  int code0 = 0, code1 = 0;
-  if (segA && !SegmentEndCode(t0, l1, code0)) return 0;
-  if (segB && !SegmentEndCode(t1, l2, code1)) return 0;
-  r = Crossing{sx, sy, sgn(c), code0, code1, t0, t1};
-  return 1;
-}
-
-KvGeIntrPoint2d Record2d(const Crossing& c, unsigned segment1) {
+KvGeIntrPoint2d Record2d(const KvGeDetail::Crossing& c, unsigned segment1) {
   return KvGeIntrPoint2d(KvGePoint2d(c.x, c.y), c.sense, c.code0, c.code1, c.t0, c.t1, 0, segment1, 0);
 }
-
-// An edge whose end points both lie more than this far on the same side of a line cannot meet
-// it within 0.001 of the edge: the crossing of the infinite lines lies at least as far beyond
-// the nearer end, measured along the edge. The margin over 0.001 absorbs rounding.
-constexpr double kSideBand = 0.0015;
 
 // The line crossing on plan coordinates: 0 when the pair is degenerate or parallel (s is not to
 // be written); otherwise 1 with the crossing and the function's result.
@@ -91,9 +51,9 @@ int IntrLineLine2d(const KvGePoint3d& p1, const KvGePoint3d& p2, const KvGePoint
 
 int Intersection2d(const KvGeLine2d& a, const KvGeLine2d& b, KvGeIntrPoint2d& r) {
   r = KvGeIntrPoint2d();
-  Crossing c;
-  if (!CrossLines(a.P1().x, a.P1().y, a.P2().x, a.P2().y, a.Segment(), b.P1().x, b.P1().y, b.P2().x, b.P2().y,
-                  b.Segment(), c))
+  KvGeDetail::Crossing c;
+  if (!KvGeDetail::CrossLines(a.P1().x, a.P1().y, a.P2().x, a.P2().y, a.Segment(), b.P1().x, b.P1().y, b.P2().x,
+                              b.P2().y, b.Segment(), c))
     return 0;
   r = Record2d(c, 0);
   return 1;
@@ -101,9 +61,9 @@ int Intersection2d(const KvGeLine2d& a, const KvGeLine2d& b, KvGeIntrPoint2d& r)
 
 int Intersection2d(const KvGeLine23d& a, const KvGeLine23d& b, KvGeIntrPoint3d& r) {
   r = KvGeIntrPoint3d();
-  Crossing c;
-  if (!CrossLines(a.P1().x, a.P1().y, a.P2().x, a.P2().y, a.Segment(), b.P1().x, b.P1().y, b.P2().x, b.P2().y,
-                  b.Segment(), c))
+  KvGeDetail::Crossing c;
+  if (!KvGeDetail::CrossLines(a.P1().x, a.P1().y, a.P2().x, a.P2().y, a.Segment(), b.P1().x, b.P1().y, b.P2().x,
+                              b.P2().y, b.Segment(), c))
     return 0;
   r = KvGeIntrPoint3d(KvGePoint3d(c.x, c.y, 0.0), c.sense, c.code0, c.code1, c.t0, c.t1, 0, 0, 0);
   return 1;
@@ -127,28 +87,11 @@ int Intersection2d(const KvGeLine23d& a, const KvGeLine23d& b, KvBtDynArray<KvGe
 
 int Intersection2d(const KvGeLine2d& l, const KvGePoint2dArray& a, KvGeIntrPoint2dArray& out, int append) {
   if (!append) out.RemoveAll();
-  const int n = a.GetSize();
-  const KvGePoint2d* v = a.GetData();
-  const double p1x = l.P1().x, p1y = l.P1().y, p2x = l.P2().x, p2y = l.P2().y;
-  const double dx = p2x - p1x, dy = p2y - p1y;
-  const double len = std::sqrt(dx * dx + dy * dy);
-  // A line no longer than 0.001 crosses nothing.
-  if (IsEqual(len, 0.0, kKvGeLinearTol)) return 0;
-  const double band = kSideBand * len;
   int added = 0;
-  for (int i = 0; i < n; ++i) {
-    const KvGePoint2d& s = v[i];
-    const KvGePoint2d& e = v[i + 1 == n ? 0 : i + 1];
-    // Cross products with the direction: the distances of the edge's ends from the line, times
-    // its length.
-    const double hs = dx * (s.y - p1y) - dy * (s.x - p1x);
-    const double he = dx * (e.y - p1y) - dy * (e.x - p1x);
-    if ((hs > band && he > band) || (hs < -band && he < -band)) continue;
-    Crossing c;
-    if (!CrossLines(p1x, p1y, p2x, p2y, l.Segment(), s.x, s.y, e.x, e.y, 1, c)) continue;
+  KvGeDetail::CrossClosedSequence(l, a.GetData(), a.GetSize(), [&](const KvGeDetail::Crossing& c, int i) {
     out.Add(Record2d(c, static_cast<unsigned>(i)));
     ++added;
-  }
+  });
   return added;
 }
 
@@ -178,7 +121,7 @@ int Intersection2d(const KvGeLine2d& l, const KvGeCircle2d& k, KvGeIntrPoint2dAr
   int added = 0;
   for (int i = 0; i < n; ++i) {
     int code = 0;
-    if (l.Segment() && !SegmentEndCode(ts[i], len, code)) continue;
+    if (l.Segment() && !KvGeDetail::SegmentEndCode(ts[i], len, code)) continue;
     const KvGePoint2d at = n == 1 ? KvGePoint2d(fx, fy) : KvGePoint2d(l.P1().x + ux * ts[i], l.P1().y + uy * ts[i]);
     out.Add(KvGeIntrPoint2d(at, 0, code, 0, ts[i], 0.0, 0, 0, 0));
     ++added;

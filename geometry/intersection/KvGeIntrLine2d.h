@@ -26,22 +26,117 @@
 
 namespace KvGeDetail {
 
-// The crossing of two infinite lines given by their end points: 0 for a line no longer than
-// 0.001 or a sine of the angle within 1e-6; otherwise 1 with the crossing (sx, sy), the cross
-// product c and the lengths l1, l2.
+// The first of two lines to be crossed, with what does not depend on the second one, so that a
+// line crossed with many edges measures itself once (the results are the same bit for bit).
+struct FirstLine {
+  FirstLine(double p1x_, double p1y_, double p2x_, double p2y_)
+      : p1x(p1x_),
+        p1y(p1y_),
+        p2x(p2x_),
+        p2y(p2y_),
+        d1x(p2x_ - p1x_),
+        d1y(p2y_ - p1y_),
+        l1(std::sqrt(d1x * d1x + d1y * d1y)),
+        k1(p1x_ * p2y_ - p1y_ * p2x_) {}
+
+  // The crossing with the infinite line through q1 and q2: 0 for a line no longer than 0.001
+  // or a sine of the angle within 1e-6; otherwise 1 with the crossing (sx, sy), the cross
+  // product c and the length l2.
+  int CrossInfinite(double q1x, double q1y, double q2x, double q2y, double& sx, double& sy, double& c,
+                    double& l2) const {
+    const double d2x = q2x - q1x, d2y = q2y - q1y;
+    l2 = std::sqrt(d2x * d2x + d2y * d2y);
+    if (IsEqual(l1, 0.0, kKvGeLinearTol) || IsEqual(l2, 0.0, kKvGeLinearTol)) return 0;
+    c = d1x * d2y - d2x * d1y;
+    if (IsEqual(c / (l1 * l2), 0.0, kKvGeAngularTol)) return 0;
+    const double k2 = q1x * q2y - q1y * q2x;
+    const double f = 1.0 / c;
+    sx = (d1x * k2 - d2x * k1) * f;
+    sy = (d1y * k2 - d2y * k1) * f;
+    return 1;
+  }
+
+  double p1x, p1y, p2x, p2y, d1x, d1y, l1, k1;
+};
+
 inline int CrossInfiniteLines(double p1x, double p1y, double p2x, double p2y, double q1x, double q1y, double q2x,
                               double q2y, double& sx, double& sy, double& c, double& l1, double& l2) {
-  const double d1x = p2x - p1x, d1y = p2y - p1y, d2x = q2x - q1x, d2y = q2y - q1y;
-  l1 = std::sqrt(d1x * d1x + d1y * d1y);
-  l2 = std::sqrt(d2x * d2x + d2y * d2y);
-  if (IsEqual(l1, 0.0, kKvGeLinearTol) || IsEqual(l2, 0.0, kKvGeLinearTol)) return 0;
-  c = d1x * d2y - d2x * d1y;
-  if (IsEqual(c / (l1 * l2), 0.0, kKvGeAngularTol)) return 0;
-  const double k1 = p1x * p2y - p1y * p2x, k2 = q1x * q2y - q1y * q2x;
-  const double f = 1.0 / c;
-  sx = (d1x * k2 - d2x * k1) * f;
-  sy = (d1y * k2 - d2y * k1) * f;
+  const FirstLine a(p1x, p1y, p2x, p2y);
+  l1 = a.l1;
+  return a.CrossInfinite(q1x, q1y, q2x, q2y, sx, sy, c, l2);
+}
+
+// Where parameter t lies on a segment of length len: end code 0 strictly inside, -1 at the
+// start, +1 at the end (within 0.001, the start tested first); 0 when it lies outside.
+inline int SegmentEndCode(double t, double len, int& code) {
+  if (KvBtRealCompare(0.0, t, kKvGeLinearTol) < 0 && KvBtRealCompare(t, len, kKvGeLinearTol) < 0)
+    code = 0;
+  else if (KvBtRealCompare(0.0, t, kKvGeLinearTol) == 0)
+    code = -1;
+  else if (KvBtRealCompare(t, len, kKvGeLinearTol) == 0)
+    code = 1;
+  else
+    return 0;
   return 1;
+}
+
+// The record of the crossing of a (bounded when segA) and b (bounded when segB) in plan
+// coordinates; 0 when there is none.
+struct Crossing {
+  double x, y;
+  int sense, code0, code1;
+  double t0, t1;
+};
+
+inline int CrossLines(const FirstLine& a, int segA, double q1x, double q1y, double q2x, double q2y, int segB,
+                      Crossing& r) {
+  double sx, sy, c, l2;
+  if (!a.CrossInfinite(q1x, q1y, q2x, q2y, sx, sy, c, l2)) return 0;
+  const double t0 = ((sx - a.p1x) * a.d1x + (sy - a.p1y) * a.d1y) / a.l1;
+  const double t1 = ((sx - q1x) * (q2x - q1x) + (sy - q1y) * (q2y - q1y)) / l2;
+  int code0 = 0, code1 = 0;
+  if (segA && !SegmentEndCode(t0, a.l1, code0)) return 0;
+  if (segB && !SegmentEndCode(t1, l2, code1)) return 0;
+  r = Crossing{sx, sy, sgn(c), code0, code1, t0, t1};
+  return 1;
+}
+
+inline int CrossLines(double p1x, double p1y, double p2x, double p2y, int segA, double q1x, double q1y, double q2x,
+                      double q2y, int segB, Crossing& r) {
+  return CrossLines(FirstLine(p1x, p1y, p2x, p2y), segA, q1x, q1y, q2x, q2y, segB, r);
+}
+
+// An edge whose end points both lie more than this far on the same side of a line cannot meet
+// it within 0.001 of the edge: the crossing of the infinite lines lies at least as far beyond
+// the nearer end, measured along the edge. The margin over 0.001 absorbs rounding.
+constexpr double kSideBand = 0.0015;
+
+// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that l crosses
+// (edge bounded, l as its Segment says), in edge order. Edges lying wholly on one side of the
+// line beyond kSideBand are skipped without a square root; they could not cross.
+template <class Add>
+void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&& add) {
+  const FirstLine a(l.P1().x, l.P1().y, l.P2().x, l.P2().y);
+  const double p1x = a.p1x, p1y = a.p1y, dx = a.d1x, dy = a.d1y;
+  // A line no longer than 0.001 crosses nothing.
+  if (IsEqual(a.l1, 0.0, kKvGeLinearTol)) return;
+  const double band = kSideBand * a.l1;
+  if (n <= 0) return;
+  // Cross products with the direction: the distances of the vertices from the line, times its
+  // length, each computed once. A coordinate that is not a number never skips.
+  const auto side = [&](const KvGePoint2d& p) { return dx * (p.y - p1y) - dy * (p.x - p1x); };
+  const double h0 = side(v[0]);
+  double hs = h0;
+  for (int i = 0; i < n; ++i) {
+    const KvGePoint2d& s = v[i];
+    const KvGePoint2d& e = v[i + 1 == n ? 0 : i + 1];
+    const double he = i + 1 == n ? h0 : side(e);
+    const bool skip = ((hs > band) & (he > band)) | ((hs < -band) & (he < -band));
+    hs = he;
+    if (skip) continue;
+    Crossing c;
+    if (CrossLines(a, l.Segment(), s.x, s.y, e.x, e.y, 1, c)) add(c, i);
+  }
 }
 
 }  // namespace KvGeDetail

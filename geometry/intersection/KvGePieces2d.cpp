@@ -1,6 +1,10 @@
 #include "geometry/intersection/KvGePieces2d.h"
 
 #include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "basics/companion/KvTlPermVector.h"
 
 #include "geometry/intersection/KvGeIntrLine2d.h"
 
@@ -31,47 +35,132 @@ KvGeIntrPart2d SegmentPart(const KvGeLine2d& l) {
 
 namespace {
 
-// Adds the part as a piece when it has length (its start sorts before its end along the line).
-void AddPiece(const KvGeIntrPart2d& part, KvBtDynArray<KvGeLine2d>& out) {
-  if (part.Min().Compare0(part.Max()) < 0)
-    out.Add(KvGeLine2d(KvGePoint2d(part.Min().x, part.Min().y, part.Min().m_bInfinite),
-                       KvGePoint2d(part.Max().x, part.Max().y, part.Max().m_bInfinite), 1, 1));
+// The calculator of the line's cut, reduced to what the pieces read: each record keeps its
+// parameter and segment index along the line (the order of the full calculator's records), its
+// crossing count with respect to the edge, and its point. Records sit in the full calculator's
+// order (the two sentinels, then the crossings in edge order, ring after ring), are sorted by the
+// same quicksort with the same comparison, and the parts are formed, typed, clipped and joined as
+// from the full calculator, so the pieces are the same. Storage is inline for the first kInline
+// records; out keeps its storage from call to call.
+struct Rec {
+  double param;
+  std::uint32_t segment;
+  int cut;
+  double x, y;
+  int infinite;
+};
+
+int Compare0(const Rec& a, const Rec& b) {
+  if (a.segment < b.segment) return -1;
+  if (a.segment > b.segment) return 1;
+  return KvBtRealCompare(a.param, b.param, kKvGeLinearTol);
 }
 
-template <class Region>
-int Pieces(const KvGeLine2d& l, const Region& region, KvBtDynArray<KvGeLine2d>& out, int mode) {
-  out.RemoveAll();
-  KvGeIntrCalculator2d calc;
-  KvGeDetail::CutUnbounded(l, region, calc);
-  const KvGeIntrPart2d segment = KvGeDetail::SegmentPart(l);
-  const int n = calc.GetSize0();
-  if (mode == 0) {
-    for (int i = 0; i < n; ++i) {
-      KvGeIntrPart2d part = calc.Part0(static_cast<unsigned>(i));
-      if (l.Segment()) part.Intersect0(segment);
-      if (part.Type() == 1) AddPiece(part, out);
+class LineCut {
+ public:
+  LineCut() {
+    const KvGeIntrPoint2d& lo = KvGeIntrPoint2d::kNegInfinity;
+    const KvGeIntrPoint2d& hi = KvGeIntrPoint2d::kPosInfinity;
+    Push(Rec{lo.Param0(), lo.Segment0(), lo.CutCode1(), lo.x, lo.y, lo.m_bInfinite});
+    Push(Rec{hi.Param0(), hi.Segment0(), hi.CutCode1(), hi.x, hi.y, hi.m_bInfinite});
+  }
+  LineCut(const LineCut&) = delete;
+  LineCut& operator=(const LineCut&) = delete;
+
+  // The crossings of the unbounded copy of l with the closed sequence.
+  void Cross(const KvGeLine2d& unbounded, const KvGePoint2dArray& ring) {
+    KvGeDetail::CrossClosedSequence(unbounded, ring.GetData(), ring.GetSize(),
+                                    [this](const KvGeDetail::Crossing& c, int) {
+                                      Push(Rec{c.t0, 0, c.code1 != 0 ? c.sense : 2 * c.sense, c.x, c.y, 0});
+                                    });
+  }
+
+  // Sorts, cuts into typed parts and writes the pieces of the mode.
+  int Pieces(const KvGeLine2d& l, KvBtDynArray<KvGeLine2d>& out, int mode) {
+    Rec* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
+    const int n = m_Size;
+    KvTlSortRange(rec, n, Compare0, [](int, int) { return false; });
+    const double dx = l.P2().x - l.P1().x, dy = l.P2().y - l.P1().y;
+    const Rec segMin{0.0, 0, 0, l.P1().x, l.P1().y, l.P1().m_bInfinite};
+    const Rec segMax{std::sqrt(dx * dx + dy * dy), 0, 0, l.P2().x, l.P2().y, l.P2().m_bInfinite};
+    const bool bounded = l.Segment() != 0;
+    bool open = false;
+    const Rec* runMin = nullptr;
+    const Rec* runMax = nullptr;
+    int s = 0;
+    for (int i = 0; i + 1 < n; ++i) {
+      const Rec& p = rec[i];
+      const Rec& q = rec[i + 1];
+      s += p.cut;
+      const int type = IsEqual(q.param, p.param, kKvGeLinearTol) ? 0 : (s <= -2 ? 1 : (s == -1 ? 0 : -1));
+      if (mode == 0) {
+        if (type != 1) continue;
+        // Clipping as the part's Intersect0: the later start and the earlier end, a tie giving the
+        // segment's end.
+        const Rec* a = &p;
+        const Rec* b = &q;
+        if (bounded) Clip(a, b, segMin, segMax);
+        Add(*a, *b, out);
+        continue;
+      }
+      if (Compare0(p, q) >= 0) continue;
+      if (type != -1) {
+        if (!open) runMin = &p;
+        runMax = &q;
+        open = true;
+      } else if (open) {
+        const Rec* a = runMin;
+        const Rec* b = runMax;
+        if (bounded) Clip(a, b, segMin, segMax);
+        Add(*a, *b, out);
+        open = false;
+      }
     }
     return out.GetSize();
   }
-  // Runs of parts of positive length that are not outside; an outside part closes the run. A
-  // run still open after the last part is dropped: the last part of an unbounded line reaches
-  // the far sentinel and is outside for any closed region.
-  bool open = false;
-  KvGeIntrPart2d run;
-  for (int i = 0; i < n; ++i) {
-    const KvGeIntrPart2d& part = calc.Part0(static_cast<unsigned>(i));
-    if (part.Min().Compare0(part.Max()) >= 0) continue;
-    if (part.Type() != -1) {
-      if (!open) run.Set(part.Min(), part.Max(), part.Type());
-      run.Max() = part.Max();
-      open = true;
-    } else if (open) {
-      if (l.Segment()) run.Intersect0(segment);
-      AddPiece(run, out);
-      open = false;
-    }
+
+ private:
+  static constexpr int kInline = 32;
+
+  static void Clip(const Rec*& a, const Rec*& b, const Rec& segMin, const Rec& segMax) {
+    if (Compare0(*a, segMin) <= 0) a = &segMin;
+    if (Compare0(*b, segMax) >= 0) b = &segMax;
   }
-  return out.GetSize();
+  static void Add(const Rec& a, const Rec& b, KvBtDynArray<KvGeLine2d>& out) {
+    if (Compare0(a, b) < 0)
+      out.Add(KvGeLine2d(KvGePoint2d(a.x, a.y, a.infinite), KvGePoint2d(b.x, b.y, b.infinite), 1, 1));
+  }
+  void Push(const Rec& r) {
+    if (m_Size < kInline) {
+      m_Inline[m_Size++] = r;
+      return;
+    }
+    if (m_Heap.empty()) {
+      m_Heap.reserve(4 * kInline);
+      m_Heap.assign(m_Inline, m_Inline + kInline);
+    }
+    m_Heap.push_back(r);
+    ++m_Size;
+  }
+
+  int m_Size = 0;
+  Rec m_Inline[kInline];
+  std::vector<Rec> m_Heap;
+};
+
+int Pieces(const KvGeLine2d& l, const KvGePoint2dArray& region, KvBtDynArray<KvGeLine2d>& out, int mode) {
+  out.RemoveAt(0, out.GetSize());
+  LineCut cut;
+  cut.Cross(KvGeLine2d(l.P1(), l.P2(), 0, 1), region);
+  return cut.Pieces(l, out, mode);
+}
+
+int Pieces(const KvGeLine2d& l, const KvGePolygon2dArray& region, KvBtDynArray<KvGeLine2d>& out, int mode) {
+  out.RemoveAt(0, out.GetSize());
+  LineCut cut;
+  const KvGeLine2d unbounded(l.P1(), l.P2(), 0, 1);
+  for (const KvGePolygon2d& ring : region) cut.Cross(unbounded, ring);
+  return cut.Pieces(l, out, mode);
 }
 
 // Chains the pieces of each edge of the polyline: a piece starting at the end of the last

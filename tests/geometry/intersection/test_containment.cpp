@@ -60,67 +60,57 @@ unsigned short SlowContainment(const KvGePoint2d& p, const KvGePolygon2dArray& s
   return out ? 2 : 4;
 }
 
-struct Case {
-  const char* name;
-  double x, y;
-  unsigned short ccw;  // the answer for the counter-clockwise polygon; clockwise turns 4 into 1
-};
-
-void CheckBothOrientations(const KvGePolygon2d& ccw, std::initializer_list<Case> cases) {
-  const KvGePolygon2d cw = ccw.Inverted();
-  KvGePolygon2d repeated = ccw;
-  repeated.Add(ccw[0]);
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const KvGePoint2d p(c.x, c.y);
-    EXPECT_EQ(Containment(p, ccw), c.ccw);
-    EXPECT_EQ(Containment(p, cw), c.ccw == 4 ? 1 : c.ccw);
-    EXPECT_EQ(Containment(p, repeated), c.ccw);
-  }
-}
-
 }  // namespace
 
 TEST(Containment, PointBandVerticesAndHorizontalEdges) {
-  CheckBothOrientations(Poly({{0, 0}, {10, 0}, {10, 10}, {0, 10}}),
-                        {
-                            {"inside", 5, 5, 4},
-                            {"0.0009 inside the edge", 5, 0.0009, 2},
-                            {"0.0009 outside", 5, -0.0009, 2},
-                            {"0.0011 inside", 5, 0.0011, 4},
-                            {"0.0011 outside", 5, -0.0011, 1},
-                            {"level with the top edge", 15, 10, 1},
-                            {"off a corner, measured square to an edge", 10.0008, 10.0008, 2},
-                            {"farther off a corner", 10.0011, 10.0011, 1},
-                        });
-  // Scan lines through the side vertices (passing through) and the apexes (touching).
-  CheckBothOrientations(Poly({{5, 0}, {10, 5}, {5, 10}, {0, 5}}), {
-                                                                      {"level, inside", 3, 5, 4},
-                                                                      {"level, left", -3, 5, 1},
-                                                                      {"level, right", 12, 5, 1},
-                                                                      {"apex level, left", 2, 10, 1},
-                                                                      {"apex level, right", 8, 10, 1},
-                                                                      {"0.0009 under the apex", 5, 9.9991, 2},
-                                                                  });
-  // A notch whose reflex vertex (5, 5) touches the scan line from above.
-  CheckBothOrientations(Poly({{0, 0}, {10, 0}, {10, 10}, {5, 5}, {0, 10}}), {
-                                                                                {"left of the notch", 2, 5, 4},
-                                                                                {"right of the notch", 8, 5, 4},
-                                                                                {"in the notch", 5, 6, 1},
-                                                                                {"near the vertex", 5, 5.0005, 2},
-                                                                            });
-  // A step: the horizontal edge (10,5)-(20,5) lies on the scan line and gives no crossing.
-  CheckBothOrientations(Poly({{0, 0}, {10, 0}, {10, 5}, {20, 5}, {20, 10}, {0, 10}}), {
-                                                                                          {"level, left", 5, 5, 4},
-                                                                                          {"on the step", 15, 5, 2},
-                                                                                          {"level, right", 25, 5, 1},
-                                                                                          {"under the step", 15, 4, 1},
-                                                                                          {"over the step", 15, 6, 4},
-                                                                                      });
-  // The foot may lie up to 0.001 beyond an end: (-0.00127, 0) is 0.0009 from the line of the
-  // edge (10,10)-(0,0), measured perpendicularly, though 0.00127 from the segment and its box.
-  EXPECT_EQ(Containment(KvGePoint2d(-0.00127, 0), Poly({{0, 0}, {10, 0}, {10, 10}})), 2);
-  EXPECT_EQ(Containment(KvGePoint2d(-0.0016, 0), Poly({{0, 0}, {10, 0}, {10, 10}})), 1);
+  const KvGePolygon2d shapes[] = {
+      Poly({{0, 0}, {10, 0}, {10, 10}, {0, 10}}),
+      Poly({{5, 0}, {10, 5}, {5, 10}, {0, 5}}),                      // scan lines through side vertices and apexes
+      Poly({{0, 0}, {10, 0}, {10, 10}, {5, 5}, {0, 10}}),            // reflex vertex (5, 5) touching from above
+      Poly({{0, 0}, {10, 0}, {10, 5}, {20, 5}, {20, 10}, {0, 10}}),  // horizontal edge (10,5)-(20,5)
+      Poly({{0, 0}, {10, 0}, {10, 10}}),
+  };
+  struct Row {
+    const char* name;
+    int shape;
+    double x, y;
+    unsigned short ccw;  // a clockwise ring turns 4 into 1
+  } rows[] = {{"inside", 0, 5, 5, 4},
+              {"0.0009 inside an edge", 0, 5, 0.0009, 2},
+              {"0.0009 outside", 0, 5, -0.0009, 2},
+              {"0.0011 inside", 0, 5, 0.0011, 4},
+              {"0.0011 outside", 0, 5, -0.0011, 1},
+              {"level with the top", 0, 15, 10, 1},
+              {"off a corner, square to an edge", 0, 10.0008, 10.0008, 2},
+              {"farther off a corner", 0, 10.0011, 10.0011, 1},
+              {"level, inside", 1, 3, 5, 4},
+              {"level, left", 1, -3, 5, 1},
+              {"level, right", 1, 12, 5, 1},
+              {"apex level, left", 1, 2, 10, 1},
+              {"apex level, right", 1, 8, 10, 1},
+              {"under the apex", 1, 5, 9.9991, 2},
+              {"left of the notch", 2, 2, 5, 4},
+              {"right of the notch", 2, 8, 5, 4},
+              {"in the notch", 2, 5, 6, 1},
+              {"near the reflex vertex", 2, 5, 5.0005, 2},
+              {"level, left of the step", 3, 5, 5, 4},
+              {"on the step", 3, 15, 5, 2},
+              {"level, right", 3, 25, 5, 1},
+              {"under the step", 3, 15, 4, 1},
+              {"over the step", 3, 15, 6, 4},
+              // 0.0009 from the line of the edge (10,10)-(0,0), measured square beyond its end, though
+              // 0.00127 from the segment and from its box.
+              {"beyond an end, square to the edge", 4, -0.00127, 0, 2},
+              {"farther beyond", 4, -0.0016, 0, 1}};
+  for (const Row& r : rows) {
+    SCOPED_TRACE(r.name);
+    const KvGePoint2d p(r.x, r.y);
+    KvGePolygon2d repeated = shapes[r.shape];
+    repeated.Add(repeated[0]);
+    EXPECT_EQ(Containment(p, shapes[r.shape]), r.ccw);
+    EXPECT_EQ(Containment(p, shapes[r.shape].Inverted()), r.ccw == 4 ? 1 : r.ccw);
+    EXPECT_EQ(Containment(p, repeated), r.ccw);
+  }
   EXPECT_EQ(Containment(KvGePoint2d(1, 1), KvGePolygon2d()), 1);
 }
 
@@ -136,15 +126,13 @@ TEST(Containment, PointInSetWithHole) {
     const char* name;
     double x, y;
     unsigned short hole, island, cw;
-  } rows[] = {
-      {"in the hole", 5, 5, 1, 4, 1},
-      {"in the ring", 1, 5, 4, 4, 1},
-      {"on the hole's edge", 3, 5, 2, 4, 1},
-      {"0.0005 into the hole", 3.0005, 5, 2, 4, 1},
-      {"0.0011 into the hole", 3.0011, 5, 1, 4, 1},
-      {"outside", 12, 5, 1, 1, 1},
-      {"level with the hole's corner", 5, 3, 2, 4, 1},
-  };
+  } rows[] = {{"in the hole", 5, 5, 1, 4, 1},
+              {"in the ring", 1, 5, 4, 4, 1},
+              {"on the hole's edge", 3, 5, 2, 4, 1},
+              {"0.0005 into the hole", 3.0005, 5, 2, 4, 1},
+              {"0.0011 into the hole", 3.0011, 5, 1, 4, 1},
+              {"outside", 12, 5, 1, 1, 1},
+              {"level with the hole's corner", 5, 3, 2, 4, 1}};
   for (const Row& r : rows) {
     SCOPED_TRACE(r.name);
     EXPECT_EQ(Containment(KvGePoint2d(r.x, r.y), set), r.hole);
@@ -165,16 +153,11 @@ TEST(Containment, LinesPolylinesPolygons) {
     int segment;
     unsigned short poly, set;
   } rows[] = {
-      {"outside to outside", {-5, 5}, {15, 5}, 1, 7, 7},
-      {"inside", {1, 1}, {9, 2}, 1, 4, 4},
-      {"through the hole only", {4, 5}, {6, 5}, 1, 4, 1},
-      {"outside", {-5, -5}, {-1, 20}, 1, 1, 1},
-      {"along an edge", {0, 0}, {10, 0}, 1, 2, 2},
-      {"ending on the boundary", {5, 1}, {10, 1}, 1, 6, 6},
-      {"touching a corner", {-5, 5}, {5, -5}, 1, 1, 1},
-      {"unbounded inside", {4, 1}, {6, 1}, 0, 7, 7},
-      {"no longer than 0.001", {5, 1}, {5.0009, 1}, 1, 0, 0},
-  };
+      {"outside to outside", {-5, 5}, {15, 5}, 1, 7, 7},     {"inside", {1, 1}, {9, 2}, 1, 4, 4},
+      {"through the hole only", {4, 5}, {6, 5}, 1, 4, 1},    {"outside", {-5, -5}, {-1, 20}, 1, 1, 1},
+      {"along an edge", {0, 0}, {10, 0}, 1, 2, 2},           {"ending on the boundary", {5, 1}, {10, 1}, 1, 6, 6},
+      {"touching a corner", {-5, 5}, {5, -5}, 1, 1, 1},      {"unbounded inside", {4, 1}, {6, 1}, 0, 7, 7},
+      {"no longer than 0.001", {5, 1}, {5.0009, 1}, 1, 0, 0}};
   for (const Row& r : rows) {
     SCOPED_TRACE(r.name);
     const KvGeLine2d l(r.a, r.b, r.segment);

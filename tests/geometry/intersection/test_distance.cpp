@@ -15,14 +15,12 @@ TEST(Distance, SegmentBandAtTheEnds) {
   const KvGePoint2d a(0, 0), b(10, 0);
   struct Row {
     double px, py, expected;
-  } rows[] = {
-      {5, 1, 1},
-      {-0.0009, 1, 1},
-      {-0.0011, 1, 1 + 0.0011 * 0.0011},
-      {10.0009, 1, 1},
-      {10.0011, 1, 1 + 0.0011 * 0.0011},
-      {13, 4, 25},
-  };
+  } rows[] = {{5, 1, 1},
+              {-0.0009, 1, 1},
+              {-0.0011, 1, 1 + 0.0011 * 0.0011},
+              {10.0009, 1, 1},
+              {10.0011, 1, 1 + 0.0011 * 0.0011},
+              {13, 4, 25}};
   for (const Row& r : rows) {
     SCOPED_TRACE(r.px);
     EXPECT_NEAR(DistanceSqrToLineseg2d(a, b, KvGePoint2d(r.px, r.py)), r.expected, 1e-12);
@@ -92,14 +90,12 @@ TEST(Distance, PlanCircleAndArc) {
   struct Row {
     const char* name;
     double beg, end, px, py, expected;
-  } rows[] = {
-      {"within", 0, pi / 2, 2, 2, quadrat(std::sqrt(8.0) - 1)},
-      {"beyond: nearer end", 0, pi / 2, -1, 0, 2},
-      {"clockwise arc, same set", pi / 2, 0, -1, 0, 2},
-      {"across angle 0", -pi / 4, pi / 4, 3, -0.5, quadrat(std::sqrt(9.25) - 1)},
-      {"past 2 pi", 1.5 * pi, 2.5 * pi, 3, 0, 4},
-      {"past 2 pi, outside", 1.5 * pi, 2.5 * pi, -3, 0.1, quadrat(3 - 0.0) + quadrat(0.1 - 1)},
-  };
+  } rows[] = {{"within", 0, pi / 2, 2, 2, quadrat(std::sqrt(8.0) - 1)},
+              {"beyond: nearer end", 0, pi / 2, -1, 0, 2},
+              {"clockwise arc, same set", pi / 2, 0, -1, 0, 2},
+              {"across angle 0", -pi / 4, pi / 4, 3, -0.5, quadrat(std::sqrt(9.25) - 1)},
+              {"past 2 pi", 1.5 * pi, 2.5 * pi, 3, 0, 4},
+              {"past 2 pi, outside", 1.5 * pi, 2.5 * pi, -3, 0.1, quadrat(3 - 0.0) + quadrat(0.1 - 1)}};
   for (const Row& r : rows) {
     SCOPED_TRACE(r.name);
     const KvGeArc23d a(KvGePoint3d(0, 0, -7), 1, r.beg, r.end);

@@ -15,11 +15,9 @@ TEST(LineCrossing, SegmentsAndTheEndBand) {
   struct Row {
     double x, y2;
     int inclusive, expected;
-  } rows[] = {
-      {5, 0, 1, 1},        {5, 0, 0, 0},  // meeting at q's end point
-      {5, -0.0009, 0, 0},  {5, -0.0011, 0, 1},  {5, 0.0009, 1, 1},  {5, 0.0011, 1, 0},
-      {10.0009, -5, 1, 1}, {10.0011, -5, 1, 0}, {9.9989, -5, 0, 1}, {9.9991, -5, 0, 0},
-  };
+  } rows[] = {{5, 0, 1, 1},        {5, 0, 0, 0},  // meeting at q's end point
+              {5, -0.0009, 0, 0},  {5, -0.0011, 0, 1},  {5, 0.0009, 1, 1},  {5, 0.0011, 1, 0},
+              {10.0009, -5, 1, 1}, {10.0011, -5, 1, 0}, {9.9989, -5, 0, 1}, {9.9991, -5, 0, 0}};
   for (const Row& r : rows) {
     SCOPED_TRACE(testing::Message() << r.x << " " << r.y2 << " " << r.inclusive);
     KvGePoint2d s(7, 7, 1);
@@ -48,10 +46,10 @@ TEST(LineCrossing, SenseDegenerateAndParallel) {
   struct Row {
     KvGePoint2d q1, q2;
   } none[] = {
-      {{2, 0}, {15, 0}},            // collinear and overlapping
-      {{0, 1}, {10, 1}},            // parallel
-      {{5, 5}, {5, 5.0009}},        // no longer than 0.001
-      {{-1e6, 1}, {1e6, 1 - 1.8}},  // sine 0.9e-6: parallel, though the long lines cross
+      {{2, 0}, {15, 0}},           // collinear and overlapping
+      {{0, 1}, {10, 1}},           // parallel
+      {{5, 5}, {5, 5.0009}},       // no longer than 0.001
+      {{-1e6, 1}, {1e6, 1 - 1.8}}  // sine 0.9e-6: parallel, though the long lines cross
   };
   for (const Row& r : none) {
     SCOPED_TRACE(r.q2.y);
@@ -76,10 +74,8 @@ TEST(LineCrossing, RecordsEndCodesAndParameters) {
     double x;  // b runs upwards through (x, 0) from (x, -0.0005) or from (x, -5)
     double yb;
     int code0, code1, ok;
-  } rows[] = {
-      {5, -5, 0, 0, 1},      {0.0009, -5, -1, 0, 1}, {-0.0011, -5, 0, 0, 0},
-      {9.9995, -5, 1, 0, 1}, {5, -0.0005, 0, -1, 1}, {10, 0, 1, -1, 1},
-  };
+  } rows[] = {{5, -5, 0, 0, 1},      {0.0009, -5, -1, 0, 1}, {-0.0011, -5, 0, 0, 0},
+              {9.9995, -5, 1, 0, 1}, {5, -0.0005, 0, -1, 1}, {10, 0, 1, -1, 1}};
   for (const Row& r : rows) {
     SCOPED_TRACE(r.x);
     KvGeIntrPoint2d rec;
@@ -168,10 +164,9 @@ TEST(LineCrossing, Circle) {
   struct Row {
     double h, xEnd;
     int segment, count, lastCode;
-  } rows[] = {
-      {3, 10, 1, 2, 0},       {3, 4.0005, 1, 2, 1},   {3, 3, 1, 1, 0},        {3, 3, 0, 2, 0},        {5, 10, 1, 1, 0},
-      {5.00009, 10, 1, 1, 0}, {5.00011, 10, 1, 0, 0}, {4.99991, 10, 1, 1, 0}, {4.99989, 10, 1, 2, 0},
-  };
+  } rows[] = {{3, 10, 1, 2, 0},       {3, 4.0005, 1, 2, 1},   {3, 3, 1, 1, 0},
+              {3, 3, 0, 2, 0},        {5, 10, 1, 1, 0},       {5.00009, 10, 1, 1, 0},
+              {5.00011, 10, 1, 0, 0}, {4.99991, 10, 1, 1, 0}, {4.99989, 10, 1, 2, 0}};
   KvGeIntrPoint2dArray out;
   for (const Row& r : rows) {
     SCOPED_TRACE(testing::Message() << r.h << " " << r.xEnd);

@@ -2,6 +2,8 @@
 
 #include <random>
 
+#include "geometry/intersection/KvGeDistance2d.h"
+
 #include "geometry/intersection/KvGeIntrLine2d.h"
 #include "geometry/intersection/KvGePieces2d.h"
 
@@ -26,6 +28,50 @@ std::vector<std::pair<double, double>> Ranges(const KvBtDynArray<KvGeLine2d>& ou
 
 using Ranges_t = std::vector<std::pair<double, double>>;
 
+// The pieces step by step as stated, through a full calculator: the unbounded copy cut with
+// every edge, sorted, cut into parts; then clipped, kept or joined by the mode.
+int SlowPieces(const KvGeLine2d& l, const KvGePolygon2dArray& region, KvBtDynArray<KvGeLine2d>& out, int mode) {
+  out.RemoveAll();
+  KvGeIntrCalculator2d calc;
+  const KvGeLine2d unbounded(l.P1(), l.P2(), 0, 1);
+  for (const KvGePolygon2d& ring : region)
+    for (int i = 0; i < ring.GetSize(); ++i) {
+      KvGeIntrPoint2d r;
+      if (!Intersection2d(unbounded, KvGeLine2d(ring[i], ring[mod(i + 1, ring.GetSize())], 1, 1), r)) continue;
+      r.Segment1() = static_cast<unsigned>(i);
+      calc.Add(r);
+    }
+  calc.SortIntrPoints0();
+  calc.CalculateParts0();
+  const KvGeIntrPart2d segment(KvGeIntrPoint2d(l.P1(), 0, -1, 0, 0.0, 0.0, 0, 0, 0),
+                               KvGeIntrPoint2d(l.P2(), 0, 1, 0, std::sqrt(DistanceSqr2d(l.P1(), l.P2())), 0.0, 0, 0, 0),
+                               0);
+  const auto add = [&](const KvGeIntrPart2d& part) {
+    if (part.Min().Compare0(part.Max()) < 0)
+      out.Add(KvGeLine2d(static_cast<const KvGePoint2d&>(part.Min()), static_cast<const KvGePoint2d&>(part.Max())));
+  };
+  bool open = false;
+  KvGeIntrPart2d run;
+  for (int i = 0; i < calc.GetSize0(); ++i) {
+    KvGeIntrPart2d part = calc.Part0(i);
+    if (mode == 0) {
+      if (l.Segment()) part.Intersect0(segment);
+      if (part.Type() == 1) add(part);
+    } else if (part.Min().Compare0(part.Max()) < 0) {
+      if (part.Type() != -1) {
+        if (!open) run = part;
+        run.Max() = part.Max();
+        open = true;
+      } else if (open) {
+        if (l.Segment()) run.Intersect0(segment);
+        add(run);
+        open = false;
+      }
+    }
+  }
+  return out.GetSize();
+}
+
 }  // namespace
 
 TEST(Pieces, ModesHolesAndBoundary) {
@@ -45,16 +91,14 @@ TEST(Pieces, ModesHolesAndBoundary) {
     const KvGePolygon2dArray* region;
     KvGeLine2d line;
     Ranges_t mode0, mode1;
-  } rows[] = {
-      {"through the hole", &holed, KvGeLine2d({-5, 5}, {15, 5}), {{0, 3}, {7, 10}}, {{0, 3}, {7, 10}}},
-      {"unbounded", &holed, KvGeLine2d({40, 5}, {41, 5}, 0), {{0, 3}, {7, 10}}, {{0, 3}, {7, 10}}},
-      {"clipped", &holed, KvGeLine2d({1, 5}, {8, 5}), {{1, 3}, {7, 8}}, {{1, 3}, {7, 8}}},
-      {"backwards", &holed, KvGeLine2d({8, 5}, {1, 5}), {{8, 7}, {3, 1}}, {{8, 7}, {3, 1}}},
-      {"touching a hole's corner", &touched, KvGeLine2d({-5, 5}, {15, 5}), {{0, 5}, {5, 10}}, {{0, 10}}},
-      {"along an edge", &holed, KvGeLine2d({-5, 0}, {15, 0}), {}, {{0, 10}}},
-      {"along a hole's edge", &holed, KvGeLine2d({-5, 3}, {15, 3}), {{0, 3}, {7, 10}}, {{0, 10}}},
-      {"outside", &holed, KvGeLine2d({-5, 20}, {15, 20}), {}, {}},
-  };
+  } rows[] = {{"through the hole", &holed, KvGeLine2d({-5, 5}, {15, 5}), {{0, 3}, {7, 10}}, {{0, 3}, {7, 10}}},
+              {"unbounded", &holed, KvGeLine2d({40, 5}, {41, 5}, 0), {{0, 3}, {7, 10}}, {{0, 3}, {7, 10}}},
+              {"clipped", &holed, KvGeLine2d({1, 5}, {8, 5}), {{1, 3}, {7, 8}}, {{1, 3}, {7, 8}}},
+              {"backwards", &holed, KvGeLine2d({8, 5}, {1, 5}), {{8, 7}, {3, 1}}, {{8, 7}, {3, 1}}},
+              {"touching a hole's corner", &touched, KvGeLine2d({-5, 5}, {15, 5}), {{0, 5}, {5, 10}}, {{0, 10}}},
+              {"along an edge", &holed, KvGeLine2d({-5, 0}, {15, 0}), {}, {{0, 10}}},
+              {"along a hole's edge", &holed, KvGeLine2d({-5, 3}, {15, 3}), {{0, 3}, {7, 10}}, {{0, 10}}},
+              {"outside", &holed, KvGeLine2d({-5, 20}, {15, 20}), {}, {}}};
   for (const Row& r : rows) {
     SCOPED_TRACE(r.name);
     EXPECT_EQ(Intersection2d(r.line, *r.region, out, 0), static_cast<int>(r.mode0.size()));
@@ -104,42 +148,55 @@ TEST(Pieces, PolylinesChain) {
   EXPECT_EQ(Intersection2d(holed, KvGePolyline2d(), out, 0), 0);
 }
 
-// The crossings of a line with a closed sequence, where edges lying clearly on one side of the
-// line are skipped, against crossing every edge one by one.
-TEST(Pieces, CrossingsMatchEdgeByEdge) {
-  std::mt19937 rng(7);
+// The pieces against their step-by-step form on random regions with holes, clusters of
+// vertices closer than the tolerance, horizontal edges and repeated closing vertices, with lines
+// through vertices, 0.0009 and 0.0011 beside them and along edges, bounded and not, both modes.
+TEST(Pieces, MatchTheStepByStepAnswer) {
+  std::mt19937 rng(99);
   std::uniform_real_distribution<double> unit(0.0, 1.0);
-  const double offsets[] = {0.0, 0.0009, -0.0009, 0.0011, -0.0011, 0.0014, -0.0016, 0.0005};
-  KvGeIntrPoint2dArray fast;
-  for (int shape = 0; shape < 200; ++shape) {
-    KvGePoint2dArray ring;
-    const int n = 3 + static_cast<int>(unit(rng) * 20);
-    for (int i = 0; i < n; ++i) {
-      const double a = 6.283185307179586 * (i + unit(rng)) / n, r = 5 + 20 * unit(rng);
-      ring.Add(KvGePoint2d(std::round(r * std::cos(a) * 4) / 4, std::round(r * std::sin(a) * 4) / 4));
+  const double offsets[] = {0.0, 0.0009, -0.0009, 0.0011, -0.0011, 0.0005};
+  KvBtDynArray<KvGeLine2d> fast, slow;
+  int compared = 0;
+  for (int shape = 0; shape < 150; ++shape) {
+    KvGePolygon2dArray region;
+    const int rings = 1 + shape % 4;
+    for (int r = 0; r < rings; ++r) {
+      KvGePolygon2d ring;
+      const int n = 3 + static_cast<int>(unit(rng) * 25);
+      const double radius = r == 0 ? 40 : 4, cx = r == 0 ? 0 : -20 + 13 * r, cy = r == 0 ? 0 : 3;
+      for (int i = 0; i < n; ++i) {
+        const double a = 6.283185307179586 * (i + 0.9 * unit(rng)) / n, rr = radius * (0.5 + 0.5 * unit(rng));
+        double x = cx + rr * std::cos(a), y = cy + rr * std::sin(a);
+        if (i > 0 && unit(rng) < 0.2) y = ring[i - 1].y;                        // horizontal edge
+        if (i > 0 && unit(rng) < 0.1) x = ring[i - 1].x + 0.0004, y += 0.0003;  // a cluster
+        ring.Add(KvGePoint2d(x, y));
+      }
+      if (shape % 5 == 0) ring.Add(ring[0]);
+      if (r > 0 && shape % 2) ring.Invert();
+      region.Add(ring);
     }
     for (int k = 0; k < 40; ++k) {
-      // Lines through or just past a vertex, at a random slope, bounded or not.
-      const KvGePoint2d v = ring[static_cast<int>(unit(rng) * n) % n];
-      const double a = k % 3 ? 3.14159 * unit(rng) : 0.0, off = offsets[k % 8];
-      const KvGePoint2d d(std::cos(a), std::sin(a));
+      const KvGePolygon2d& ring = region[k % rings];
+      const int i = static_cast<int>(unit(rng) * ring.GetSize()) % ring.GetSize();
+      const KvGePoint2d v = ring[i], w = ring[mod(i + 1, ring.GetSize())];
+      const double a = k % 4 == 0 ? 0.0 : 3.14159 * unit(rng);
+      KvGePoint2d d(std::cos(a), std::sin(a));
+      if (k % 7 == 0 && DistanceSqr2d(v, w) > 0) d = (w - v) * (1.0 / std::sqrt(DistanceSqr2d(v, w)));  // along
+      const double off = offsets[k % 6];
       const KvGePoint2d base(v.x - d.y * off, v.y + d.x * off);
-      const double back = 30 * unit(rng);
-      const KvGeLine2d l(base - d * back, base + d * (30 * unit(rng)), k % 2);
-      Intersection2d(l, ring, fast, 0);
-      int slow = 0;
-      for (int i = 0; i < n; ++i) {
-        KvGeIntrPoint2d r;
-        if (!Intersection2d(l, KvGeLine2d(ring[i], ring[mod(i + 1, n)]), r)) continue;
-        ASSERT_LT(slow, fast.GetSize());
-        const KvGeIntrPoint2d& f = fast[slow++];
-        EXPECT_EQ(f.Segment1(), static_cast<unsigned>(i));
-        EXPECT_EQ(f.Param0(), r.Param0());
-        EXPECT_EQ(f.EndCode0(), r.EndCode0());
-        EXPECT_EQ(f.EndCode1(), r.EndCode1());
-        EXPECT_EQ(f.CrossSense(), r.CrossSense());
+      const double back = k % 5 == 1 ? 0.0 : 60 * unit(rng);  // some start on the boundary
+      const KvGeLine2d l(base - d * back, base + d * (60 * unit(rng)), k % 3 != 0);
+      for (int mode = 0; mode < 2; ++mode) {
+        ASSERT_EQ(Intersection2d(l, region, fast, mode), SlowPieces(l, region, slow, mode)) << shape << " " << k;
+        for (int j = 0; j < fast.GetSize(); ++j) {
+          ASSERT_EQ(fast[j].P1().x, slow[j].P1().x) << shape << " " << k;
+          ASSERT_EQ(fast[j].P1().y, slow[j].P1().y);
+          ASSERT_EQ(fast[j].P2().x, slow[j].P2().x);
+          ASSERT_EQ(fast[j].P2().y, slow[j].P2().y);
+        }
+        ++compared;
       }
-      ASSERT_EQ(slow, fast.GetSize()) << shape << " " << k;
     }
   }
+  EXPECT_EQ(compared, 150 * 40 * 2);
 }
