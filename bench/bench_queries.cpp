@@ -12,7 +12,9 @@
 // library on the same data, so that the cases compare equal work; disagreements are printed.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -116,9 +118,13 @@ void TimedQueries(benchmark::State& state, std::size_t count, Body body) {
       benchmark::Counter(static_cast<double>(g_allocations - before), benchmark::Counter::kAvgIterations);
 }
 
+// The cases in the order they are registered: the order of the summary.
+std::vector<std::string> g_caseOrder;
+
 template <class Fn>
 void Register(const std::string& name, Fn fn) {
   benchmark::RegisterBenchmark(name.c_str(), fn);
+  g_caseOrder.push_back(name);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -406,6 +412,7 @@ void RegisterContainment(const ContainmentData* d) {
 struct PiecesData {
   std::string name;
   std::vector<std::pair<XY, XY>> segments;
+  std::vector<std::vector<XY>> rings;
   KvGePolygon2dArray region;
   KvBtDynArray<KvGeLine2d> lines;
 #if UG_BENCH_HAVE_BOOST_GEOMETRY
@@ -417,7 +424,8 @@ struct PiecesData {
 std::unique_ptr<PiecesData> MakePiecesData(int k) {
   auto d = std::make_unique<PiecesData>();
   d->name = "k:" + std::to_string(k);
-  const std::vector<std::vector<XY>> rings = MakeRegion(k);
+  d->rings = MakeRegion(k);
+  const std::vector<std::vector<XY>>& rings = d->rings;
   for (const auto& ring : rings) d->region.Add(LibraryPolygon(ring));
   d->segments = MakeSegments(kSegmentCount, -100.0, 1100.0, 0x9ece5000u + static_cast<unsigned>(k));
   for (const auto& s : d->segments)
@@ -430,6 +438,64 @@ std::unique_ptr<PiecesData> MakePiecesData(int k) {
   return d;
 }
 
+// The floor of the pieces: the segment's parameters at the edges it crosses (ends strictly on
+// either side of its line), the parity of those before its start, and the inside runs between the
+// sorted ones on it, written as parameter pairs. No band, no degenerate cases; storage sized once.
+class PlainPieces {
+ public:
+  explicit PlainPieces(const std::vector<std::vector<XY>>& rings) : m_Rings(rings) {
+    std::size_t edges = 0;
+    for (const auto& ring : rings) edges += ring.size();
+    m_Params.resize(edges);
+    m_Pieces.resize(edges + 1);
+  }
+  std::size_t Cut(XY a, XY b) {
+    const double dx = b.x - a.x, dy = b.y - a.y;
+    std::size_t count = 0;
+    int before = 0;
+    for (const auto& ring : m_Rings) {
+      XY s = ring.back();
+      double hs = dx * (s.y - a.y) - dy * (s.x - a.x);
+      for (const XY& e : ring) {
+        const double he = dx * (e.y - a.y) - dy * (e.x - a.x);
+        if ((hs < 0) != (he < 0)) {
+          // The parameter along a-b (0 at a, 1 at b) where the edge meets its line.
+          const double ex = e.x - s.x, ey = e.y - s.y;
+          const double t = ((s.x - a.x) * ey - (s.y - a.y) * ex) / (dx * ey - dy * ex);
+          if (t <= 0.0)
+            before ^= 1;
+          else if (t < 1.0)
+            m_Params[count++] = t;
+        }
+        s = e;
+        hs = he;
+      }
+    }
+    std::sort(m_Params.begin(), m_Params.begin() + static_cast<std::ptrdiff_t>(count));
+    std::size_t pieces = 0;
+    double start = 0.0;
+    int inside = before;
+    for (std::size_t i = 0; i <= count; ++i) {
+      const double t = i < count ? m_Params[i] : 1.0;
+      if (inside) m_Pieces[pieces++] = {start, t};
+      start = t;
+      inside ^= 1;
+    }
+    return pieces;
+  }
+  // The summed length of the first `pieces` pieces of the last cut of a-b.
+  double InsideLength(std::size_t pieces, XY a, XY b) const {
+    double t = 0.0;
+    for (std::size_t i = 0; i < pieces; ++i) t += m_Pieces[i].second - m_Pieces[i].first;
+    return t * std::hypot(b.x - a.x, b.y - a.y);
+  }
+
+ private:
+  const std::vector<std::vector<XY>>& m_Rings;
+  std::vector<double> m_Params;
+  std::vector<std::pair<double, double>> m_Pieces;
+};
+
 double TotalLength(const KvBtDynArray<KvGeLine2d>& pieces) {
   double sum = 0.0;
   for (int i = 0; i < pieces.GetSize(); ++i) {
@@ -440,22 +506,25 @@ double TotalLength(const KvBtDynArray<KvGeLine2d>& pieces) {
 }
 
 void CheckPieces(const PiecesData& d) {
-#if UG_BENCH_HAVE_BOOST_GEOMETRY
   KvBtDynArray<KvGeLine2d> out;
-  BgLines bgOut;
-  int differ = 0;
+  PlainPieces plain(d.rings);
+  int differ[2] = {0, 0};
   for (std::size_t i = 0; i < kSegmentCount; ++i) {
     Intersection2d(d.lines.GetData()[i], d.region, out, 0);
-    bgOut.clear();
+    const double library = TotalLength(out);
+    const XY a = d.segments[i].first, b = d.segments[i].second;
+    differ[0] += std::fabs(plain.InsideLength(plain.Cut(a, b), a, b) - library) > 0.01;
+#if UG_BENCH_HAVE_BOOST_GEOMETRY
+    BgLines bgOut;
     bg::intersection(d.bgLines[i], d.bgRegion, bgOut);
-    differ += std::fabs(TotalLength(out) - bg::length(bgOut)) > 0.01;
-  }
-  if (differ)
-    std::printf("pieces %s: inside lengths differing by more than 0.01 from Boost on %d of %zu segments\n",
-                d.name.c_str(), differ, kSegmentCount);
-#else
-  (void)d;
+    differ[1] += std::fabs(bg::length(bgOut) - library) > 0.01;
 #endif
+  }
+  if (differ[0] || differ[1])
+    std::printf(
+        "pieces %s: inside lengths differing by more than 0.01 from the library's (plain loop, Boost) on %d %d "
+        "of %zu segments\n",
+        d.name.c_str(), differ[0], differ[1], kSegmentCount);
 }
 
 void RegisterPieces(const PiecesData* d) {
@@ -465,6 +534,15 @@ void RegisterPieces(const PiecesData* d) {
     std::size_t pieces = 0, calls = 0;
     TimedQueries(state, kSegmentCount, [&](std::size_t i) {
       pieces += static_cast<std::size_t>(Intersection2d(d->lines.GetData()[i], d->region, out, 0));
+      ++calls;
+    });
+    state.counters["pieces"] = static_cast<double>(pieces) / static_cast<double>(calls);
+  });
+  Register(base + "plain_loop", [d](benchmark::State& state) {
+    PlainPieces plain(d->rings);
+    std::size_t pieces = 0, calls = 0;
+    TimedQueries(state, kSegmentCount, [&](std::size_t i) {
+      pieces += plain.Cut(d->segments[i].first, d->segments[i].second);
       ++calls;
     });
     state.counters["pieces"] = static_cast<double>(pieces) / static_cast<double>(calls);
@@ -562,38 +640,44 @@ void RegisterPairs(const PairsData* d) {
 #endif
 }
 
-// One line per case: the CPU time per query (the median over the repetitions, so that other
-// load on the machine weighs little), the allocations per query, and for a peer or the plain loop
-// the ratio of the library's time on the same data to its time. The library's case runs first in
-// each group.
+// One line per case once all have run (their repetitions are interleaved, so that load on the
+// machine that comes and goes weighs on every case alike): the CPU time per query (the median over
+// the repetitions), the allocations per query, and for a peer or the plain loop the ratio of the
+// library's time on the same data to its time.
 class RatioReporter : public benchmark::ConsoleReporter {
  public:
-  bool ReportContext(const Context& context) override {
-    const bool ok = ConsoleReporter::ReportContext(context);
-    std::printf("%-56s %14s %10s %16s\n", "case (CPU time per query)", "time", "allocs", "library / this");
-    return ok;
-  }
+  bool ReportContext(const Context& context) override { return ConsoleReporter::ReportContext(context); }
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       const bool single = run.run_type == Run::RT_Iteration && run.repetitions <= 1;
       const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
-      if (!single && !median) continue;
-      const std::string& name = run.run_name.function_name;
-      if (run.error_occurred) {
-        std::printf("%-56s skipped: %s\n", name.c_str(), run.error_message.c_str());
+      if (!single && !median && !run.error_occurred) continue;
+      Result& r = m_Results[run.run_name.function_name];
+      r.error = run.error_occurred ? run.error_message : std::string();
+      r.ns = run.GetAdjustedCPUTime() * NanosecondsPer(run.time_unit);
+      r.counters = run.counters;
+    }
+  }
+  void Finalize() override {
+    std::printf("%-52s %14s %8s %15s\n", "case (CPU time per query)", "time", "allocs", "library / this");
+    std::map<std::string, double> library;
+    for (const std::string& name : g_caseOrder) {
+      const auto found = m_Results.find(name);
+      if (found == m_Results.end()) continue;
+      const Result& r = found->second;
+      if (!r.error.empty()) {
+        std::printf("%-52s %s\n", name.c_str(), r.error.c_str());
         continue;
       }
-      const double ns = run.GetAdjustedCPUTime() * NanosecondsPer(run.time_unit);
-      const auto allocs = run.counters.find("allocs");
       const std::size_t slash = name.rfind('/');
       const std::string group = name.substr(0, slash), impl = name.substr(slash + 1);
-      std::printf("%-56s %11.1f ns %10.2f", name.c_str(), ns,
-                  allocs == run.counters.end() ? 0.0 : allocs->second.value);
+      const auto allocs = r.counters.find("allocs");
+      std::printf("%-52s %11.1f ns %8.2f", name.c_str(), r.ns, allocs == r.counters.end() ? 0.0 : allocs->second.value);
       if (impl == "library")
-        m_Library[group] = ns;
-      else if (m_Library.count(group) != 0)
-        std::printf(" %15.2fx", m_Library[group] / ns);
-      for (const auto& counter : run.counters)
+        library[group] = r.ns;
+      else if (library.count(group) != 0)
+        std::printf(" %14.2fx", library[group] / r.ns);
+      for (const auto& counter : r.counters)
         if (counter.first != "allocs") std::printf("  %s %.2f", counter.first.c_str(), counter.second.value);
       std::printf("\n");
     }
@@ -601,6 +685,11 @@ class RatioReporter : public benchmark::ConsoleReporter {
   }
 
  private:
+  struct Result {
+    double ns = 0.0;
+    std::string error;
+    benchmark::UserCounters counters;
+  };
   static double NanosecondsPer(benchmark::TimeUnit unit) {
     switch (unit) {
       case benchmark::kSecond:
@@ -613,19 +702,20 @@ class RatioReporter : public benchmark::ConsoleReporter {
         return 1.0;
     }
   }
-  std::map<std::string, double> m_Library;
+  std::map<std::string, Result> m_Results;
 };
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Three runs of 0.05 s CPU time per case unless the command line says otherwise (a later flag
-  // wins): the whole program then stays well under two minutes.
+  // Three runs of 0.05 s CPU time per case, interleaved in random order, unless the command line
+  // says otherwise (a later flag wins): the whole program then stays well under two minutes.
   std::vector<char*> args(argv, argv + argc);
   char defaultMinTime[] = "--benchmark_min_time=0.05";
   char defaultRepetitions[] = "--benchmark_repetitions=3";
   char defaultAggregates[] = "--benchmark_display_aggregates_only=true";
-  args.insert(args.begin() + 1, {defaultMinTime, defaultRepetitions, defaultAggregates});
+  char defaultInterleaving[] = "--benchmark_enable_random_interleaving=true";
+  args.insert(args.begin() + 1, {defaultMinTime, defaultRepetitions, defaultAggregates, defaultInterleaving});
   int count = static_cast<int>(args.size());
   benchmark::Initialize(&count, args.data());
   if (benchmark::ReportUnrecognizedArguments(count, args.data())) return 1;
