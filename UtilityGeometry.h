@@ -39,5 +39,6 @@
 #include "geometry/intersection/KvGeIntrLine2d.h"
 #include "geometry/intersection/KvGeIntrPoint2d.h"
 #include "geometry/intersection/KvGePieces2d.h"
+#include "geometry/intersection/KvGePreparedRegion2d.h"
 
 #include "tools/KvTlFunktion2d.h"

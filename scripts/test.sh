@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The test job: formatting check, unit tests with g++ (warnings are errors), the installed
 # package used from a separate consumer project, and the unit tests again under
-# AddressSanitizer and UndefinedBehaviorSanitizer with clang. Exits non-zero on any failure.
+# AddressSanitizer and UndefinedBehaviorSanitizer with clang, and the concurrency tests under
+# ThreadSanitizer with clang. Exits non-zero on any failure.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
@@ -31,3 +32,9 @@ CXX=clang++ cmake -S . -B build/asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DUG_SANI
 cmake --build build/asan -j "$jobs"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   ctest --test-dir build/asan --output-on-failure -j "$jobs"
+
+echo "== clang with ThreadSanitizer: objects shared between threads"
+CXX=clang++ cmake -S . -B build/tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DUG_TSAN=ON \
+  -DUG_WARNINGS_AS_ERRORS=ON -DUG_BUILD_BENCH=OFF >/dev/null
+cmake --build build/tsan -j "$jobs" --target test_geometry_intersection
+TSAN_OPTIONS=halt_on_error=1 ./build/tsan/tests/test_geometry_intersection --gtest_filter='*Concurrency*'
