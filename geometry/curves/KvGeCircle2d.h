@@ -231,7 +231,8 @@ KVGE_API int KrsGerSchnitt(KvGePoint2d center, double radius, KvGePoint2d p1, Kv
 
 // Takes a polyline of at least five sample points for a circle: the circle through the points at
 // 1, n / 2 and n - 2 must hold every point within 0.001, and no two consecutive points may lie
-// more than 0.6971317007977318 rad apart seen from the centre (the step folded into 0 .. pi).
+// more than 0.6971317007977318 rad apart seen from the centre (the step folded into 0 .. pi; the
+// polyline is open, so the last point is not paired with the first).
 // On success the circle is written with its radius times 0.991768322919766 and 1 is returned;
 // otherwise 0 and the circle is unchanged. When the three sample points are collinear no circle
 // can be checked, and the given circle's radius is scaled all the same and 1 returned: callers
@@ -253,7 +254,9 @@ KVGE_API int GetCircleFormStrZug(const KvGePoint2dArray& points, KvGeCircle2d& c
 // becomes a piece. An arc that no edge line cuts is kept whole when its middle point is inside
 // and its sweep exceeds minSweep. A counter-clockwise arc (or one of sense 0) gives
 // counter-clockwise pieces in ascending angle from Beg; a clockwise arc is clipped as its inverse
-// and its pieces are handed back clockwise, in order from its Beg. Returns 1 when a piece was
-// appended, else 0; pieces already in the array stay.
+// and its pieces are handed back clockwise, in order from its Beg. A sweep beyond one turn is
+// clipped as one turn. Sweeps compare with minSweep in the angle band of 1e-6, so two cuts at one
+// corner never make a piece. Returns 1 when a piece was appended, else 0; pieces already in the
+// array stay.
 KVGE_API int ClipArc(KvGeArc2d arc, KvGeBox2d box, KvBtSmallArray<KvGeArc2d>& pieces, KvGeAngle minSweep,
                      double eps = kKvGeLinearTol);
