@@ -26,11 +26,15 @@ constexpr double kTol = 0.001;
 // The tolerance and the smallest ring area of normalised results, on the integer grid.
 constexpr double kGridTol = kTol * kKvGeRegionScale;
 constexpr double kGridMinArea = 1e-6 * kKvGeRegionScale * kKvGeRegionScale;
-// Rounds of clean-up and re-union before a result is taken as it stands; one round settles
-// every case met so far, the second only follows a clean-up that moved an edge.
+// Rounds of re-union after a clean-up that changed a ring, before the cleaned rings are taken
+// as they stand; one round settles nearly every case.
 constexpr int kTidyRounds = 4;
 constexpr double kMaxChordsPerTurn = 1e6;
 constexpr double kPi = 3.14159265358979323846;
+// The clipping library rounds the number of chords of each corner, so one chord of a corner may
+// span up to 1.5 regular steps and rise 1.5^2 times the tolerance it was given; it is given
+// eps / 2.25 to keep every chord within eps.
+constexpr double kArcShare = 1.0 / 2.25;
 
 struct Pt {
   double x, y;
@@ -47,10 +51,12 @@ double LineDistSqr(const Pt& a, const Pt& b, const Pt& p) {
 
 // Whether the points strictly between a and c may go: all lie within eps of the line through
 // pts[a] and pts[c], or, when that line is undefined (pts[a] and pts[c] within eps: a spike out
-// and back), of the line from pts[a] through the farthest of them.
-bool Removable(const std::vector<Pt>& pts, int a, int c, double eps) {
+// and back), of the line from pts[a] through the farthest of them. The points of a spike are
+// marked, since they lie off every later line and have gone for their own reason.
+bool Removable(const std::vector<Pt>& pts, std::vector<char>& spike, int a, int c, double eps) {
   const double epsSqr = eps * eps;
   Pt lineEnd = pts[c];
+  bool outAndBack = false;
   if (DistSqr(pts[a], pts[c]) <= epsSqr) {
     double far = -1.0;
     for (int k = a + 1; k < c; ++k) {
@@ -61,9 +67,11 @@ bool Removable(const std::vector<Pt>& pts, int a, int c, double eps) {
       }
     }
     if (far <= epsSqr) return true;
+    outAndBack = true;
   }
   for (int k = a + 1; k < c; ++k)
-    if (LineDistSqr(pts[a], lineEnd, pts[k]) > epsSqr) return false;
+    if (!(spike[k] && !outAndBack) && LineDistSqr(pts[a], lineEnd, pts[k]) > epsSqr) return false;
+  if (outAndBack) std::fill(spike.begin() + a + 1, spike.begin() + c, 1);
   return true;
 }
 
@@ -74,6 +82,7 @@ void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep) {
   keep.clear();
   const int n = static_cast<int>(pts.size());
   const double epsSqr = eps * eps;
+  std::vector<char> spike(pts.size(), 0);
   for (int i = 0; i < n; ++i) {
     bool skip = false;
     for (;;) {
@@ -87,7 +96,7 @@ void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep) {
         keep.pop_back();
         continue;
       }
-      if (keep.size() >= 2 && Removable(pts, keep[keep.size() - 2], i, eps)) {
+      if (keep.size() >= 2 && Removable(pts, spike, keep[keep.size() - 2], i, eps)) {
         keep.pop_back();
         continue;
       }
@@ -175,8 +184,38 @@ void TreeToPaths(const CL::PolyTree& tree, CL::Paths& paths) {
   }
 }
 
-// Removes near-repeated and near-collinear vertices (within 0.001) and rings below the smallest
-// area; true when anything changed.
+// Collapses every edge no longer than eps into one vertex: where the neighbouring edges meet
+// when that lies within 2 eps of both ends, else the middle of the edge. Dropping either end
+// instead would swing a long neighbouring edge by up to eps and change the area by up to half
+// its length times eps; the collapse moves the ring only inside the tiny corner. True when
+// anything changed.
+bool CollapseShortEdges(std::vector<Pt>& ring, double eps) {
+  bool any = false;
+  for (bool changed = true; changed && ring.size() >= 3;) {
+    changed = false;
+    for (std::size_t i = 0; i < ring.size() && ring.size() >= 3; ++i) {
+      const std::size_t n = ring.size(), j = (i + 1) % n;
+      if (DistSqr(ring[i], ring[j]) > eps * eps) continue;
+      const Pt& prev = ring[(i + n - 1) % n];
+      const Pt& next = ring[(j + 1) % n];
+      const Pt d1{ring[i].x - prev.x, ring[i].y - prev.y}, d2{next.x - ring[j].x, next.y - ring[j].y};
+      const double den = d1.x * d2.y - d1.y * d2.x;
+      Pt v{(ring[i].x + ring[j].x) / 2, (ring[i].y + ring[j].y) / 2};
+      if (den != 0.0) {
+        const double t = ((ring[j].x - prev.x) * d2.y - (ring[j].y - prev.y) * d2.x) / den;
+        const Pt meet{prev.x + t * d1.x, prev.y + t * d1.y};
+        if (DistSqr(meet, ring[i]) <= 4 * eps * eps && DistSqr(meet, ring[j]) <= 4 * eps * eps) v = meet;
+      }
+      ring[i] = Pt{std::nearbyint(v.x), std::nearbyint(v.y)};
+      ring.erase(ring.begin() + static_cast<std::ptrdiff_t>(j));
+      changed = any = true;
+    }
+  }
+  return any;
+}
+
+// Collapses short edges, removes near-collinear vertices and spikes (within 0.001) and drops
+// rings below the smallest area; true when anything changed.
 bool CleanPaths(CL::Paths& paths) {
   bool changed = false;
   std::vector<Pt> ring, run;
@@ -187,12 +226,15 @@ bool CleanPaths(CL::Paths& paths) {
     ring.resize(path.size());
     for (std::size_t k = 0; k < path.size(); ++k)
       ring[k] = Pt{static_cast<double>(path[k].X), static_cast<double>(path[k].Y)};
+    const bool collapsed = CollapseShortEdges(ring, kGridTol);
     CleanClosed(ring, kGridTol, run, keep);
-    if (keep.size() != path.size()) {
+    if (collapsed || keep.size() != path.size()) {
       changed = true;
-      CL::Path cleaned(keep.size());
-      for (std::size_t k = 0; k < keep.size(); ++k) cleaned[k] = path[static_cast<std::size_t>(keep[k])];
-      path.swap(cleaned);
+      path.resize(keep.size());
+      for (std::size_t k = 0; k < keep.size(); ++k) {
+        const Pt& p = ring[static_cast<std::size_t>(keep[k])];
+        path[k] = CL::IntPoint(static_cast<CL::cInt>(p.x), static_cast<CL::cInt>(p.y));
+      }
     }
     if (path.size() < 3 || std::fabs(CL::Area(path)) < kGridMinArea) {
       changed = true;
@@ -205,17 +247,20 @@ bool CleanPaths(CL::Paths& paths) {
   return changed;
 }
 
-// Takes a clipping result in tree form to the normalised ring list: clean-up, and a new union
-// of the cleaned rings while the clean-up changes anything.
+// Takes a clipping result in tree form to the normalised ring list: clean-up, a new union of
+// the cleaned rings while the clean-up changes anything, and a last clean-up, so the local
+// rules hold on every result. Rings that a clean-up made touch are valid as they stand.
 void Tidy(const CL::PolyTree& first, CL::Paths& paths) {
   TreeToPaths(first, paths);
-  for (int round = 0; round < kTidyRounds && CleanPaths(paths); ++round) {
+  bool changed = CleanPaths(paths);
+  for (int round = 0; changed && round < kTidyRounds; ++round) {
     CL::Clipper c;
     c.StrictlySimple(true);
     c.AddPaths(paths, CL::ptSubject, true);
     CL::PolyTree tree;
     c.Execute(CL::ctUnion, tree, CL::pftPositive, CL::pftPositive);
     TreeToPaths(tree, paths);
+    changed = CleanPaths(paths);
   }
 }
 
@@ -269,7 +314,7 @@ bool ValidOffsetArgs(double distance, KvGeJoin2d join, int round, double miterLi
   if (round && distance != 0.0) {
     // The chord count per full turn that the clipping library will choose.
     const double r = std::fabs(distance);
-    const double y = std::min(eps, 0.25 * r);
+    const double y = std::min(eps * kArcShare, 0.25 * r);
     const double steps = kPi / std::acos(1.0 - y / r);
     if (!(steps <= kMaxChordsPerTurn)) return false;
   }
@@ -279,7 +324,7 @@ bool ValidOffsetArgs(double distance, KvGeJoin2d join, int round, double miterLi
 bool Offset(const CL::Paths& paths, double distance, CL::JoinType jt, CL::EndType et, double miterLimit, double eps,
             CL::Paths& result) {
   try {
-    CL::ClipperOffset co(miterLimit, eps * kKvGeRegionScale);
+    CL::ClipperOffset co(miterLimit, eps * kArcShare * kKvGeRegionScale);
     co.AddPaths(paths, jt, et);
     CL::PolyTree tree;
     co.Execute(tree, distance * kKvGeRegionScale);
@@ -454,7 +499,18 @@ int ParallelPolygon2d(const KvGePolyline2d& axis, double halfWidth, KvGePolygon2
   const CL::EndType et = ends == kKvGeEndRound    ? CL::etOpenRound
                          : ends == kKvGeEndSquare ? CL::etOpenSquare
                                                   : CL::etOpenButt;
-  if (!Offset(paths, halfWidth, ToJoin(join), et, miterLimit, eps, band)) return 0;
+  CL::JoinType jt = ToJoin(join);
+  // A polyline that is one point on the grid: the clipping library shapes it by the join, so
+  // the ends are passed as the join; butt ends leave nothing.
+  const CL::Path& path = paths[0];
+  if (std::all_of(path.begin(), path.end(), [&](const CL::IntPoint& p) { return p == path[0]; })) {
+    if (ends == kKvGeEndButt) {
+      result.SetSize(0);
+      return 1;
+    }
+    jt = ends == kKvGeEndRound ? CL::jtRound : CL::jtSquare;
+  }
+  if (!Offset(paths, halfWidth, jt, et, miterLimit, eps, band)) return 0;
   ToSet(band, result);
   return 1;
 }
