@@ -168,17 +168,54 @@ void FromPath(const CL::Path& path, KvGePolygon2d& ring) {
     out[k].Set(static_cast<double>(path[k].X) / kKvGeRegionScale, static_cast<double>(path[k].Y) / kKvGeRegionScale, 0);
 }
 
+bool Less(const CL::IntPoint& a, const CL::IntPoint& b) { return a.X < b.X || (a.X == b.X && a.Y < b.Y); }
+
+// Appends the ring, split into simple loops where it passes a vertex twice: the clipping
+// library lets a ring touch itself at a vertex (two lobes, or a hole pinched onto its outer
+// ring), and splitting there keeps every winding number while no ring touches itself. Loops
+// that enclose go before the holes that a split may give.
+void AppendSplit(const CL::Path& ring, CL::Paths& out, CL::Path& scratch) {
+  scratch = ring;
+  std::sort(scratch.begin(), scratch.end(), Less);
+  std::size_t dups = 0;
+  for (std::size_t i = 1; i < scratch.size(); ++i)
+    if (scratch[i] == scratch[i - 1] && (dups == 0 || !(scratch[dups - 1] == scratch[i]))) scratch[dups++] = scratch[i];
+  if (dups == 0) {
+    out.push_back(ring);
+    return;
+  }
+  scratch.resize(dups);
+  const std::size_t first = out.size();
+  CL::Path stack;
+  stack.reserve(ring.size());
+  for (const CL::IntPoint& p : ring) {
+    if (std::binary_search(scratch.begin(), scratch.end(), p, Less)) {
+      for (std::size_t k = stack.size(); k-- > 0;)
+        if (stack[k] == p) {
+          out.emplace_back(stack.begin() + static_cast<std::ptrdiff_t>(k), stack.end());
+          stack.resize(k);
+          break;
+        }
+    }
+    stack.push_back(p);
+  }
+  out.push_back(stack);
+  std::stable_partition(out.begin() + static_cast<std::ptrdiff_t>(first), out.end(),
+                        [](const CL::Path& loop) { return CL::Area(loop) >= 0; });
+}
+
 // Outer rings in the order of the tree, each followed by its holes, then the islands inside
-// those holes.
+// those holes; rings that touch themselves split.
 void TreeToPaths(const CL::PolyTree& tree, CL::Paths& paths) {
   paths.clear();
   paths.reserve(static_cast<std::size_t>(tree.Total()));
+  CL::Path scratch;
   std::vector<const CL::PolyNode*> outers(tree.Childs.begin(), tree.Childs.end());
   for (std::size_t i = 0; i < outers.size(); ++i) {
     const CL::PolyNode* outer = outers[i];
-    paths.push_back(outer->Contour);
+    AppendSplit(outer->Contour, paths, scratch);
     for (const CL::PolyNode* hole : outer->Childs) {
-      paths.push_back(hole->Contour);
+      AppendSplit(hole->Contour, paths, scratch);
       outers.insert(outers.end(), hole->Childs.begin(), hole->Childs.end());
     }
   }
@@ -255,7 +292,6 @@ void Tidy(const CL::PolyTree& first, CL::Paths& paths) {
   bool changed = CleanPaths(paths);
   for (int round = 0; changed && round < kTidyRounds; ++round) {
     CL::Clipper c;
-    c.StrictlySimple(true);
     c.AddPaths(paths, CL::ptSubject, true);
     CL::PolyTree tree;
     c.Execute(CL::ctUnion, tree, CL::pftPositive, CL::pftPositive);
@@ -274,7 +310,6 @@ bool Clip(const CL::Paths& subject, const CL::Paths* clip, CL::ClipType type, CL
           CL::Paths& result) {
   try {
     CL::Clipper c;
-    c.StrictlySimple(true);
     c.AddPaths(subject, CL::ptSubject, true);
     if (clip) c.AddPaths(*clip, CL::ptClip, true);
     CL::PolyTree tree;

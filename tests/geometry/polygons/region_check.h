@@ -44,7 +44,7 @@ inline KvGePolygon2dArray Set(std::initializer_list<KvGePolygon2d> rings) {
 }
 
 // A normalised set as Boost.Geometry polygons: each counter-clockwise ring starts a polygon and
-// the clockwise rings after it are its holes.
+// a clockwise ring is a hole of the nearest counter-clockwise ring before it that contains it.
 inline bool ToBoost(const KvGePolygon2dArray& set, BMulti& out) {
   out.clear();
   for (const KvGePolygon2d& ring : set) {
@@ -53,10 +53,13 @@ inline bool ToBoost(const KvGePolygon2dArray& set, BMulti& out) {
     if (ring.Area() > 0) {
       out.emplace_back();
       out.back().outer() = r;
-    } else {
-      if (out.empty()) return false;
-      out.back().inners().push_back(r);
+      continue;
     }
+    BPolygon::ring_type outerOrder(r.rbegin(), r.rend());
+    std::size_t k = out.size();
+    while (k > 0 && !bg::covered_by(outerOrder, out[k - 1].outer())) --k;
+    if (k == 0) return false;
+    out[k - 1].inners().push_back(r);
   }
   return true;
 }
