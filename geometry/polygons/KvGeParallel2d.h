@@ -37,10 +37,11 @@
 #include "geometry/polygons/KvGePolygon2d.h"
 #include "geometry/polygons/KvGePolyline2d.h"
 
-/// The shape of an offset corner.
-enum KvGeJoin2d { kKvGeJoinMiter = 0, kKvGeJoinRound = 1, kKvGeJoinSquare = 2 };
+/// The shape of an offset corner. The underlying type is fixed so that any int cast to it is a
+/// valid value, which the offsets refuse unless it is one of these.
+enum KvGeJoin2d : int { kKvGeJoinMiter = 0, kKvGeJoinRound = 1, kKvGeJoinSquare = 2 };
 /// The shape of the ends of a band around an open polyline.
-enum KvGeEnd2d { kKvGeEndButt = 0, kKvGeEndSquare = 1, kKvGeEndRound = 2 };
+enum KvGeEnd2d : int { kKvGeEndButt = 0, kKvGeEndSquare = 1, kKvGeEndRound = 2 };
 
 /// The polygon grown (distance > 0) or shrunk (distance < 0), taken counter-clockwise whatever
 /// its orientation (a self-crossing ring by the sign of its area). miterLimit is in multiples of

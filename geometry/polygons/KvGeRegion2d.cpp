@@ -394,22 +394,35 @@ bool Finite(const KvGePoint2dArray& points) {
   return true;
 }
 
+// Nothing of the clipping library, and no failed allocation, leaves the library: such a
+// failure is the result 0.
+template <class F>
+int Guarded(F&& f) {
+  try {
+    return f();
+  } catch (...) {
+    return 0;
+  }
+}
+
 }  // namespace
 
 // ---- polygon set -------------------------------------------------------------------------
 
 int KvGePolygon2dArray::VereinigeOderDurchschnitt(const KvGePolygon2dArray& other, int mode) {
-  if (mode != 1 && mode != 2) return 0;
-  // A complement made by Negate is read without its frame: intersecting with it is the
-  // difference from the reversed rings, which keeps the frame's huge coordinates out of the
-  // integer arithmetic.
-  const bool complement = mode == 2 && StartsWithFrame(other);
-  CL::Paths a, b, result;
-  if (!ToPaths(*this, 0, a) || !ToPaths(other, complement ? 1 : 0, b)) return 0;
-  const CL::ClipType type = mode == 1 ? CL::ctUnion : complement ? CL::ctDifference : CL::ctIntersection;
-  if (!Clip(a, &b, type, complement ? CL::pftNegative : CL::pftPositive, result)) return 0;
-  ToSet(result, *this);
-  return 1;
+  return Guarded([&] {
+    if (mode != 1 && mode != 2) return 0;
+    // A complement made by Negate is read without its frame: intersecting with it is the
+    // difference from the reversed rings, which keeps the frame's huge coordinates out of the
+    // integer arithmetic.
+    const bool complement = mode == 2 && StartsWithFrame(other);
+    CL::Paths a, b, result;
+    if (!ToPaths(*this, 0, a) || !ToPaths(other, complement ? 1 : 0, b)) return 0;
+    const CL::ClipType type = mode == 1 ? CL::ctUnion : complement ? CL::ctDifference : CL::ctIntersection;
+    if (!Clip(a, &b, type, complement ? CL::pftNegative : CL::pftPositive, result)) return 0;
+    ToSet(result, *this);
+    return 1;
+  });
 }
 
 KvGePolygon2dArray& KvGePolygon2dArray::Negate() {
@@ -440,49 +453,57 @@ KvGePolygon2dArray& KvGePolygon2dArray::operator&=(const KvGePolygon2dArray& oth
 }
 
 KvGePolygon2dArray& KvGePolygon2dArray::operator-=(const KvGePolygon2dArray& other) {
-  const KvGePolygon2dArray complement = -other;
-  if (complement.GetSize() == 0) {
-    SetSize(0);
-    return *this;
-  }
-  if (GetSize() != 0) VereinigeOderDurchschnitt(complement, 2);
+  Guarded([&] {
+    const KvGePolygon2dArray complement = -other;
+    if (complement.GetSize() == 0) {
+      SetSize(0);
+      return 1;
+    }
+    return GetSize() != 0 ? VereinigeOderDurchschnitt(complement, 2) : 1;
+  });
   return *this;
 }
 
 int KvGePolygon2dArray::Normalize() {
-  CL::Paths raw, result;
-  if (!ToPaths(*this, 0, raw) || !Clip(raw, nullptr, CL::ctUnion, CL::pftPositive, result)) return 0;
-  ToSet(result, *this);
-  return 1;
+  return Guarded([&] {
+    CL::Paths raw, result;
+    if (!ToPaths(*this, 0, raw) || !Clip(raw, nullptr, CL::ctUnion, CL::pftPositive, result)) return 0;
+    ToSet(result, *this);
+    return 1;
+  });
 }
 
 KvGePoint2d KvGePolygon2dArray::Schwerpunkt() const {
-  KvGePolygon2dArray region(*this);
-  region.Normalize();
-  // Fan triangles from one vertex of the set, so that far coordinates do not cancel.
-  const KvGePoint2d* origin = nullptr;
-  for (const KvGePolygon2d& ring : region)
-    if (ring.GetSize() > 0) {
-      origin = ring.GetData();
-      break;
+  try {
+    KvGePolygon2dArray region(*this);
+    region.Normalize();
+    // Fan triangles from one vertex of the set, so that far coordinates do not cancel.
+    const KvGePoint2d* origin = nullptr;
+    for (const KvGePolygon2d& ring : region)
+      if (ring.GetSize() > 0) {
+        origin = ring.GetData();
+        break;
+      }
+    if (!origin) return KvGePoint2d(0, 0, 0);
+    const double ox = origin->x, oy = origin->y;
+    double area2 = 0.0, sx = 0.0, sy = 0.0;
+    for (const KvGePolygon2d& ring : region) {
+      const int n = ring.GetSize();
+      const KvGePoint2d* p = ring.GetData();
+      for (int i = 0; i < n; ++i) {
+        const double ax = p[i].x - ox, ay = p[i].y - oy;
+        const double bx = p[(i + 1) % n].x - ox, by = p[(i + 1) % n].y - oy;
+        const double c = ax * by - ay * bx;
+        area2 += c;
+        sx += c * (ax + bx);
+        sy += c * (ay + by);
+      }
     }
-  if (!origin) return KvGePoint2d(0, 0, 0);
-  const double ox = origin->x, oy = origin->y;
-  double area2 = 0.0, sx = 0.0, sy = 0.0;
-  for (const KvGePolygon2d& ring : region) {
-    const int n = ring.GetSize();
-    const KvGePoint2d* p = ring.GetData();
-    for (int i = 0; i < n; ++i) {
-      const double ax = p[i].x - ox, ay = p[i].y - oy;
-      const double bx = p[(i + 1) % n].x - ox, by = p[(i + 1) % n].y - oy;
-      const double c = ax * by - ay * bx;
-      area2 += c;
-      sx += c * (ax + bx);
-      sy += c * (ay + by);
-    }
+    if (std::fabs(area2) <= 2e-15) return KvGePoint2d(0, 0, 0);
+    return KvGePoint2d(ox + sx / (3.0 * area2), oy + sy / (3.0 * area2), 0);
+  } catch (...) {
+    return KvGePoint2d(0, 0, 0);  // no memory for the normalised copy
   }
-  if (std::fabs(area2) <= 2e-15) return KvGePoint2d(0, 0, 0);
-  return KvGePoint2d(ox + sx / (3.0 * area2), oy + sy / (3.0 * area2), 0);
 }
 
 KvGeBox2d KvGePolygon2dArray::BoundingBox() const {
@@ -503,147 +524,165 @@ KvGeBox2d KvGePolygon2dArray::BoundingBox(const KvGeModMat2d& m) const {
 
 int ParallelPolygon2d(const KvGePolygon2dArray& set, double distance, KvGePolygon2dArray& result, KvGeJoin2d join,
                       double miterLimit, double eps) {
-  if (!ValidOffsetArgs(distance, join, join == kKvGeJoinRound, miterLimit, eps)) return 0;
-  CL::Paths region, grown;
-  if (!RegionPaths(set, region)) return 0;
-  if (!Offset(region, distance, ToJoin(join), CL::etClosedPolygon, miterLimit, eps, grown)) return 0;
-  const std::int32_t tag = set.Tag();
-  ToSet(grown, result);
-  result.Tag() = tag;
-  return 1;
+  return Guarded([&] {
+    if (!ValidOffsetArgs(distance, join, join == kKvGeJoinRound, miterLimit, eps)) return 0;
+    CL::Paths region, grown;
+    if (!RegionPaths(set, region)) return 0;
+    if (!Offset(region, distance, ToJoin(join), CL::etClosedPolygon, miterLimit, eps, grown)) return 0;
+    const std::int32_t tag = set.Tag();
+    ToSet(grown, result);
+    result.Tag() = tag;
+    return 1;
+  });
 }
 
 int ParallelPolygon2d(const KvGePolygon2d& polygon, double distance, KvGePolygon2dArray& result, KvGeJoin2d join,
                       double miterLimit, double eps) {
-  KvGePolygon2dArray set;
-  set.Add(polygon);
-  if (polygon.Area() < 0) set[0].Invert();
-  const std::int32_t tag = result.Tag();
-  if (!ParallelPolygon2d(set, distance, result, join, miterLimit, eps)) return 0;
-  result.Tag() = tag;
-  return 1;
+  return Guarded([&] {
+    KvGePolygon2dArray set;
+    set.Add(polygon);
+    if (polygon.Area() < 0) set[0].Invert();
+    const std::int32_t tag = result.Tag();
+    if (!ParallelPolygon2d(set, distance, result, join, miterLimit, eps)) return 0;
+    result.Tag() = tag;
+    return 1;
+  });
 }
 
 int ParallelPolygon2d(const KvGePolyline2d& axis, double halfWidth, KvGePolygon2dArray& result, KvGeEnd2d ends,
                       KvGeJoin2d join, double miterLimit, double eps) {
-  if (ends != kKvGeEndButt && ends != kKvGeEndSquare && ends != kKvGeEndRound) return 0;
-  if (!(halfWidth > 0.0)) return 0;
-  if (!ValidOffsetArgs(halfWidth, join, join == kKvGeJoinRound || ends == kKvGeEndRound, miterLimit, eps)) return 0;
-  CL::Paths paths(1), band;
-  if (axis.GetSize() == 0 || !ToPath(axis, paths[0])) return 0;
-  const CL::EndType et = ends == kKvGeEndRound    ? CL::etOpenRound
-                         : ends == kKvGeEndSquare ? CL::etOpenSquare
-                                                  : CL::etOpenButt;
-  CL::JoinType jt = ToJoin(join);
-  // A polyline that is one point on the grid: the clipping library shapes it by the join, so
-  // the ends are passed as the join; butt ends leave nothing.
-  const CL::Path& path = paths[0];
-  if (std::all_of(path.begin(), path.end(), [&](const CL::IntPoint& p) { return p == path[0]; })) {
-    if (ends == kKvGeEndButt) {
-      result.SetSize(0);
-      return 1;
+  return Guarded([&] {
+    if (ends != kKvGeEndButt && ends != kKvGeEndSquare && ends != kKvGeEndRound) return 0;
+    if (!(halfWidth > 0.0)) return 0;
+    if (!ValidOffsetArgs(halfWidth, join, join == kKvGeJoinRound || ends == kKvGeEndRound, miterLimit, eps)) return 0;
+    CL::Paths paths(1), band;
+    if (axis.GetSize() == 0 || !ToPath(axis, paths[0])) return 0;
+    const CL::EndType et = ends == kKvGeEndRound    ? CL::etOpenRound
+                           : ends == kKvGeEndSquare ? CL::etOpenSquare
+                                                    : CL::etOpenButt;
+    CL::JoinType jt = ToJoin(join);
+    // A polyline that is one point on the grid: the clipping library shapes it by the join, so
+    // the ends are passed as the join; butt ends leave nothing.
+    const CL::Path& path = paths[0];
+    if (std::all_of(path.begin(), path.end(), [&](const CL::IntPoint& p) { return p == path[0]; })) {
+      if (ends == kKvGeEndButt) {
+        result.SetSize(0);
+        return 1;
+      }
+      jt = ends == kKvGeEndRound ? CL::jtRound : CL::jtSquare;
     }
-    jt = ends == kKvGeEndRound ? CL::jtRound : CL::jtSquare;
-  }
-  if (!Offset(paths, halfWidth, jt, et, miterLimit, eps, band)) return 0;
-  ToSet(band, result);
-  return 1;
+    if (!Offset(paths, halfWidth, jt, et, miterLimit, eps, band)) return 0;
+    ToSet(band, result);
+    return 1;
+  });
 }
 
 // ---- loops -------------------------------------------------------------------------------
 
 int RemoveSchlaufen2d(const KvGePolygon2d& ring, KvGePolygon2dArray& result) {
-  CL::Paths paths;
-  if (!RingWithoutLoops(ring, paths)) return 0;
-  ToSet(paths, result);
-  return 1;
+  return Guarded([&] {
+    CL::Paths paths;
+    if (!RingWithoutLoops(ring, paths)) return 0;
+    ToSet(paths, result);
+    return 1;
+  });
 }
 
 int RemoveSchlaufen2d(KvGePolygon2d& ring) {
-  CL::Paths paths;
-  if (!RingWithoutLoops(ring, paths) || paths.size() != 1) return 0;
-  FromPath(paths[0], ring);
-  return 1;
+  return Guarded([&] {
+    CL::Paths paths;
+    if (!RingWithoutLoops(ring, paths) || paths.size() != 1) return 0;
+    FromPath(paths[0], ring);
+    return 1;
+  });
 }
 
 int RemoveSchlaufen2d(KvGePolygon2dArray& set) {
-  CL::Paths all, one;
-  for (const KvGePolygon2d& ring : set) {
-    if (ring.GetSize() < 3 || !(std::fabs(ring.Area()) > 1e-6)) continue;  // no orientation: nothing to keep
-    if (!RingWithoutLoops(ring, one)) return 0;
-    all.insert(all.end(), one.begin(), one.end());
-  }
-  ToSet(all, set);
-  return 1;
+  return Guarded([&] {
+    CL::Paths all, one;
+    for (const KvGePolygon2d& ring : set) {
+      if (ring.GetSize() < 3 || !(std::fabs(ring.Area()) > 1e-6)) continue;  // no orientation: nothing to keep
+      if (!RingWithoutLoops(ring, one)) return 0;
+      all.insert(all.end(), one.begin(), one.end());
+    }
+    ToSet(all, set);
+    return 1;
+  });
 }
 
 int RemoveSchlaufen2d(KvGePolyline2d& polyline) {
-  const int n = polyline.GetSize();
-  if (n < 2 || !Finite(polyline)) return 0;
-  const KvGePoint2d* in = polyline.GetData();
-  std::vector<Pt> path;
-  path.reserve(static_cast<std::size_t>(n));
-  path.push_back(Pt{in[0].x, in[0].y});
-  for (int i = 1; i < n; ++i) {
-    const Pt d{in[i].x, in[i].y};
-    // The new segment from the path's end to d against every earlier, non-adjacent segment;
-    // the earliest one it crosses closes the largest loop, and the path is cut back to there.
-    const Pt c = path.back();
-    const std::size_t m = path.size();
-    for (std::size_t j = 0; j + 2 < m; ++j) {
-      const Pt& a = path[j];
-      const Pt& b = path[j + 1];
-      const double oc = Cross(a, b, c), od = Cross(a, b, d);
-      if (!((oc < 0 && od > 0) || (oc > 0 && od < 0))) continue;
-      const double oa = Cross(c, d, a), ob = Cross(c, d, b);
-      // A crossing at a, the start of segment j, counts here; one at b counts for j + 1.
-      if (!(oa == 0 || (oa < 0 && ob > 0) || (oa > 0 && ob < 0))) continue;
-      const double t = oc / (oc - od);
-      const Pt x{c.x + t * (d.x - c.x), c.y + t * (d.y - c.y)};
-      path.resize(j + 1);
-      if (oa != 0) path.push_back(x);
-      break;
+  return Guarded([&] {
+    const int n = polyline.GetSize();
+    if (n < 2 || !Finite(polyline)) return 0;
+    const KvGePoint2d* in = polyline.GetData();
+    std::vector<Pt> path;
+    path.reserve(static_cast<std::size_t>(n));
+    path.push_back(Pt{in[0].x, in[0].y});
+    for (int i = 1; i < n; ++i) {
+      const Pt d{in[i].x, in[i].y};
+      // The new segment from the path's end to d against every earlier, non-adjacent segment;
+      // the earliest one it crosses closes the largest loop, and the path is cut back to there.
+      const Pt c = path.back();
+      const std::size_t m = path.size();
+      for (std::size_t j = 0; j + 2 < m; ++j) {
+        const Pt& a = path[j];
+        const Pt& b = path[j + 1];
+        const double oc = Cross(a, b, c), od = Cross(a, b, d);
+        if (!((oc < 0 && od > 0) || (oc > 0 && od < 0))) continue;
+        const double oa = Cross(c, d, a), ob = Cross(c, d, b);
+        // A crossing at a, the start of segment j, counts here; one at b counts for j + 1.
+        if (!(oa == 0 || (oa < 0 && ob > 0) || (oa > 0 && ob < 0))) continue;
+        const double t = oc / (oc - od);
+        const Pt x{c.x + t * (d.x - c.x), c.y + t * (d.y - c.y)};
+        path.resize(j + 1);
+        if (oa != 0) path.push_back(x);
+        break;
+      }
+      path.push_back(d);
     }
-    path.push_back(d);
-  }
-  if (path.size() == static_cast<std::size_t>(n)) return 1;
-  polyline.SetSize(static_cast<int>(path.size()));
-  for (std::size_t k = 0; k < path.size(); ++k) polyline.GetData()[k].Set(path[k].x, path[k].y, 0);
-  return 1;
+    if (path.size() == static_cast<std::size_t>(n)) return 1;
+    polyline.SetSize(static_cast<int>(path.size()));
+    for (std::size_t k = 0; k < path.size(); ++k) polyline.GetData()[k].Set(path[k].x, path[k].y, 0);
+    return 1;
+  });
 }
 
 // ---- correction --------------------------------------------------------------------------
 
 int StreckenzugKorrigieren2d(KvGePolyline2d& polyline, double eps) {
-  const int n = polyline.GetSize();
-  if (n < 2 || !(eps > 0.0) || !std::isfinite(eps) || !Finite(polyline)) return 0;
-  std::vector<Pt> pts(static_cast<std::size_t>(n));
-  for (int i = 0; i < n; ++i) pts[static_cast<std::size_t>(i)] = Pt{polyline.GetData()[i].x, polyline.GetData()[i].y};
-  std::vector<int> keep;
-  CleanOpen(pts, eps, keep);
-  if (keep.size() < 2) return 0;
-  if (keep.size() == pts.size()) return 1;
-  KvGePolyline2d cleaned;
-  cleaned.SetSize(static_cast<int>(keep.size()));
-  for (std::size_t k = 0; k < keep.size(); ++k) cleaned.GetData()[k] = polyline.GetData()[keep[k]];
-  polyline = cleaned;
-  return 1;
+  return Guarded([&] {
+    const int n = polyline.GetSize();
+    if (n < 2 || !(eps > 0.0) || !std::isfinite(eps) || !Finite(polyline)) return 0;
+    std::vector<Pt> pts(static_cast<std::size_t>(n));
+    for (int i = 0; i < n; ++i) pts[static_cast<std::size_t>(i)] = Pt{polyline.GetData()[i].x, polyline.GetData()[i].y};
+    std::vector<int> keep;
+    CleanOpen(pts, eps, keep);
+    if (keep.size() < 2) return 0;
+    if (keep.size() == pts.size()) return 1;
+    KvGePolyline2d cleaned;
+    cleaned.SetSize(static_cast<int>(keep.size()));
+    for (std::size_t k = 0; k < keep.size(); ++k) cleaned.GetData()[k] = polyline.GetData()[keep[k]];
+    polyline = cleaned;
+    return 1;
+  });
 }
 
 int StreckenzugKorrigieren2d(KvGePolygon2d& polygon, double eps) {
-  const int n = polygon.GetSize();
-  if (n < 3 || !(eps > 0.0) || !std::isfinite(eps) || !Finite(polygon)) return 0;
-  std::vector<Pt> ring(static_cast<std::size_t>(n)), run;
-  for (int i = 0; i < n; ++i) ring[static_cast<std::size_t>(i)] = Pt{polygon.GetData()[i].x, polygon.GetData()[i].y};
-  std::vector<int> keep;
-  CleanClosed(ring, eps, run, keep);
-  if (keep.size() < 3) return 0;
-  if (keep.size() == ring.size()) return 1;
-  // The kept vertices in their old order, so the ring starts where it did when that vertex stays.
-  std::sort(keep.begin(), keep.end());
-  KvGePolygon2d cleaned;
-  cleaned.SetSize(static_cast<int>(keep.size()));
-  for (std::size_t k = 0; k < keep.size(); ++k) cleaned.GetData()[k] = polygon.GetData()[keep[k]];
-  polygon = cleaned;
-  return 1;
+  return Guarded([&] {
+    const int n = polygon.GetSize();
+    if (n < 3 || !(eps > 0.0) || !std::isfinite(eps) || !Finite(polygon)) return 0;
+    std::vector<Pt> ring(static_cast<std::size_t>(n)), run;
+    for (int i = 0; i < n; ++i) ring[static_cast<std::size_t>(i)] = Pt{polygon.GetData()[i].x, polygon.GetData()[i].y};
+    std::vector<int> keep;
+    CleanClosed(ring, eps, run, keep);
+    if (keep.size() < 3) return 0;
+    if (keep.size() == ring.size()) return 1;
+    // The kept vertices in their old order, so the ring starts where it did when that vertex stays.
+    std::sort(keep.begin(), keep.end());
+    KvGePolygon2d cleaned;
+    cleaned.SetSize(static_cast<int>(keep.size()));
+    for (std::size_t k = 0; k < keep.size(); ++k) cleaned.GetData()[k] = polygon.GetData()[keep[k]];
+    polygon = cleaned;
+    return 1;
+  });
 }

@@ -89,7 +89,8 @@ TEST(PolygonSetOperators, CallingRulesOfEmptyOperands) {
   EXPECT_NEAR((a - b).Area(), 3.0, 1e-9);
   EXPECT_NEAR((a - a).Area(), 0.0, 1e-9);
   KvGePolygon2dArray self = a;
-  self |= self;
+  const KvGePolygon2dArray& alias = self;
+  self |= alias;
   EXPECT_NEAR(self.Area(), 4.0, 1e-9);
 }
 
