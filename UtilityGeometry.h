@@ -28,6 +28,7 @@
 #include "geometry/curves/KvGeCircle2d.h"
 #include "geometry/curves/KvGeLine2d.h"
 
+#include "geometry/polygons/KvGeParallel2d.h"
 #include "geometry/polygons/KvGePolyVert2d.h"
 #include "geometry/polygons/KvGePolygon2d.h"
 #include "geometry/polygons/KvGePolyline2d.h"
