@@ -105,9 +105,7 @@ class ScanLine {
     KvTlSortRange(
         rec, n,
         [](const Record& a, const Record& b) {
-          if (a.segment < b.segment) return -1;
-          if (a.segment > b.segment) return 1;
-          return KvBtRealCompare(a.param, b.param, kKvGeLinearTol);
+          return KvGeDetail::OrderOnObject(a.segment, a.param, b.segment, b.param);
         },
         [&](int lo, int hi) {
           if (!prune) return false;
