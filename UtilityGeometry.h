@@ -22,6 +22,7 @@
 #include "geometry/points/KvGePoint2d.h"
 #include "geometry/points/KvGePoint2dArray.h"
 #include "geometry/points/KvGePoint3d.h"
+#include "geometry/points/KvGePointHelpers.h"
 
 #include "geometry/curves/KvGeBox2d.h"
 #include "geometry/curves/KvGeCircle23d.h"
