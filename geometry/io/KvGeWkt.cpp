@@ -736,7 +736,6 @@ struct KvGeWktAccess {
           break;
         case kTPolygon:
           if (!BuildOneRing<KvGePoint3dArray, KvGePoint3d>(p, g.m_Points3, message)) return 0;
-          Orient(g.m_Points3, g.m_Points3.Area2d(), 1);
           g.m_Kind = KvGeWktGeometry::kPolygonZ;
           break;
         default:
@@ -1186,7 +1185,11 @@ int KvGeWktGeometry::GetRegion(KvGePolygon2dArray& out) const {
   }
   if (m_Kind == kPolygonZ) {
     KvGePolygon2dArray a;
-    if (m_Points3.GetSize() > 0) a.Add(KvGePolygon2d(KvGePolygon3d(m_Points3)));
+    if (m_Points3.GetSize() > 0) {
+      KvGePolygon2d ring{KvGePolygon3d(m_Points3)};
+      Orient(ring, ring.Area(), 1);
+      a.Add(ring);
+    }
     out = a;
     return 1;
   }
