@@ -7,7 +7,8 @@ namespace {
 
 const char* const kStyleNames[] = {"region", "inside", "boundary", "outside", "line", "point", "label", "highlight"};
 
-// Stroke widths and dashes are in screen pixels: every stroke is non-scaling.
+// Stroke widths, dashes and sizes are in pixels of the picture, which are its user units; every
+// stroke is non-scaling as well, so it keeps its width when a viewer zooms.
 const char kStyleSheet[] =
     "path,circle{vector-effect:non-scaling-stroke;stroke-linejoin:round;stroke-linecap:round}\n"
     ".region{fill:#9ec3e6;stroke:#2b5d8f}\n"
@@ -25,7 +26,7 @@ const char kStyleSheet[] =
     ".o.outside{stroke-width:2.5;stroke-dasharray:7 5}\n"
     ".o.highlight{stroke-width:3}\n"
     ".d{stroke:#fff;stroke-width:1}\n"
-    "text{font-family:sans-serif}\n";
+    "text{font-family:sans-serif;font-size:13px}\n";
 
 int Finite(double x, double y) { return std::isfinite(x) && std::isfinite(y); }
 
@@ -175,13 +176,13 @@ KvGeBox2d KvGeSvgWriter::BoundingBox() const {
 
 void KvGeSvgWriter::Write(std::string& out) const {
   // The view: the content's box, at least 2% of its larger extent in each direction (a single
-  // point gets 1 drawing unit), and the margin around it. y is negated throughout.
+  // point gets 1 drawing unit), and the margin around it.
   const KvGeBox2d box = BoundingBox();
   const int empty = box.Min().x > box.Max().x || box.Min().y > box.Max().y;
   double x0 = empty ? 0.0 : box.Min().x, x1 = empty ? 1.0 : box.Max().x;
   double y0 = empty ? 0.0 : box.Min().y, y1 = empty ? 1.0 : box.Max().y;
   const double extent = std::fmax(x1 - x0, y1 - y0);
-  const double least = (extent > 0.0 && std::isfinite(extent)) ? 0.02 * extent : 1.0;
+  const double least = (extent > 1e-290 && std::isfinite(extent)) ? 0.02 * extent : 1.0;
   if (x1 - x0 < least) {
     const double c = 0.5 * (x0 + x1);
     x0 = c - 0.5 * least;
@@ -193,25 +194,24 @@ void KvGeSvgWriter::Write(std::string& out) const {
     y1 = c + 0.5 * least;
   }
   const double margin = m_Margin * std::fmax(x1 - x0, y1 - y0);
-  const double vx = x0 - margin, vy = -(y1 + margin);
+  const double left = x0 - margin, top = y1 + margin;
   const double vw = x1 - x0 + 2.0 * margin, vh = y1 - y0 + 2.0 * margin;
   double height = std::round(m_Width * vh / vw);
   if (!(height >= 16.0)) height = 16.0;
   if (height > 100000.0) height = 100000.0;
-  const double unit = vw / m_Width;  // drawing units per pixel
+  const double scale = m_Width / vw;  // pixels per drawing unit
+  // Pixels from the top left corner, y turned downward as SVG counts it.
+  const auto px = [&](double x, std::string& to) { Num(std::round((x - left) * scale * 100.0) / 100.0, to); };
+  const auto py = [&](double y, std::string& to) { Num(std::round((top - y) * scale * 100.0) / 100.0, to); };
 
   out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"";
   out += std::to_string(m_Width);
   out += "\" height=\"";
   out += std::to_string(static_cast<int>(height));
-  out += "\" viewBox=\"";
-  Num(vx, out);
+  out += "\" viewBox=\"0 0 ";
+  out += std::to_string(m_Width);
   out += ' ';
-  Num(vy, out);
-  out += ' ';
-  Num(vw, out);
-  out += ' ';
-  Num(vh, out);
+  out += std::to_string(static_cast<int>(height));
   out += "\">\n";
   if (!m_Title.empty()) {
     out += "<title>";
@@ -233,21 +233,18 @@ void KvGeSvgWriter::Write(std::string& out) const {
           out += "<circle class=\"d ";
           out += style;
           out += "\" cx=\"";
-          Num(x, out);
+          px(x, out);
           out += "\" cy=\"";
-          Num(-y, out);
-          out += "\" r=\"";
-          Num(4.0 * unit, out);
+          py(y, out);
+          out += "\" r=\"4";
           out += "\"/>\n";
         } else {
           out += "<text class=\"";
           out += style;
           out += "\" x=\"";
-          Num(x + 5.0 * unit, out);
+          px(x + 5.0 / scale, out);
           out += "\" y=\"";
-          Num(-y - 5.0 * unit, out);
-          out += "\" font-size=\"";
-          Num(13.0 * unit, out);
+          py(y + 5.0 / scale, out);
           out += "\">";
           Escaped(item.text, out);
           out += "</text>\n";
@@ -259,9 +256,9 @@ void KvGeSvgWriter::Write(std::string& out) const {
       for (const int end : item.breaks) {
         for (int i = begin; i < end; ++i) {
           d += i == begin ? (d.empty() ? "M" : " M") : " ";
-          Num(item.xy[2 * static_cast<std::size_t>(i)], d);
+          px(item.xy[2 * static_cast<std::size_t>(i)], d);
           d += ' ';
-          Num(-item.xy[2 * static_cast<std::size_t>(i) + 1], d);
+          py(item.xy[2 * static_cast<std::size_t>(i) + 1], d);
         }
         if (item.shape == Item::kArea && end > begin) d += " Z";
         begin = end;
