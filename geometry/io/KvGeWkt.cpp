@@ -918,7 +918,6 @@ KvGeWktGeometry& KvGeWktGeometry::Set(const KvGePoint2d& p) {
   Clear();
   m_Kind = kPoint;
   m_Point = p;
-  m_Point.m_bInfinite = 0;
   return *this;
 }
 
@@ -974,7 +973,6 @@ KvGeWktGeometry& KvGeWktGeometry::Set(const KvGePoint3d& p) {
   Clear();
   m_Kind = kPointZ;
   m_Point3 = p;
-  m_Point3.m_bInfinite = 0;
   return *this;
 }
 
@@ -990,6 +988,21 @@ KvGeWktGeometry& KvGeWktGeometry::Set(const KvGeLine3d& line) {
   m_Kind = kLineStringZ;
   m_Points3.Add(line.P1());
   m_Points3.Add(line.P2());
+  return *this;
+}
+
+KvGeWktGeometry& KvGeWktGeometry::Set(const KvGeLine23d& line) {
+  Clear();
+  m_Kind = kLineStringZ;
+  m_Points3.Add(line.P1());
+  m_Points3.Add(line.P2());
+  return *this;
+}
+
+KvGeWktGeometry& KvGeWktGeometry::Set(const KvGePolygon23d& polygon) {
+  Clear();
+  m_Kind = kPolygonZ;
+  m_Points3 = polygon;
   return *this;
 }
 

@@ -175,6 +175,8 @@ class KVGE_API KvGeWktGeometry {
   KvGeWktGeometry& Set(const KvGePoint3dArray& points);  // MULTIPOINT Z
   KvGeWktGeometry& Set(const KvGeLine3d& line);          // LINESTRING Z
   KvGeWktGeometry& Set(const KvGePolygon3d& polygon);    // POLYGON Z
+  KvGeWktGeometry& Set(const KvGeLine23d& line);         // LINESTRING Z
+  KvGeWktGeometry& Set(const KvGePolygon23d& polygon);   // POLYGON Z
   /// Back to kNone.
   KvGeWktGeometry& Clear();
 
