@@ -12,8 +12,8 @@
 // - regions are drawn as one path per polygon set with fill-rule="evenodd", so holes show as
 //   holes (the writer draws the rings; it does not apply the counting rule of the region
 //   operations: a clockwise ring on its own is drawn filled).
-// Elements are drawn in the order added; labels last, so text stays readable above the shapes. Coordinates
-// that are not finite are left out of the box and of the picture.
+// Elements are drawn in the order added; labels last, so text stays readable above the shapes.
+// Coordinates that are not finite are left out of the box and of the picture.
 
 #include <string>
 #include <vector>

@@ -31,14 +31,16 @@
 // Boost.Geometry's WKT reader because that one reports errors by throwing, names the offending
 // token rather than its offset, and builds each number through a stream; this one never throws,
 // reports "expected ')' at offset 23" (offsets count bytes from the start of the text), and reads
-// each number in place with std::from_chars, with no allocation per number. Keywords are
-// case-insensitive; blanks, tabs and line breaks separate tokens. Numbers follow the C locale
-// form with an optional sign and exponent; NaN, infinities and numbers out of the range of a
-// double (1e999) are rejected with a message. EMPTY is read wherever WKT allows it: as a whole
-// (an empty array, polyline or polygon; no point or line can be empty) and as a member of a
-// MULTILINESTRING or MULTIPOLYGON. Z tags are accepted by the Z forms, which also accept three
-// numbers without the tag and two numbers (z read as 0); the plane forms reject a third
-// coordinate. M and ZM forms and GEOMETRYCOLLECTION are rejected.
+// each number in place with std::from_chars, with no allocation per number (bench_wkt: about 17
+// times less CPU time than Boost.Geometry's reader on polygons of 64 vertices). Keywords are case-
+// insensitive; blanks, tabs and line breaks separate tokens. Numbers follow the C locale form with
+// an optional sign and exponent; NaN, infinities and numbers out of the range of a double (1e999,
+// and 1e-400, which would read as 0; subnormal numbers are read) are rejected with a message. EMPTY
+// is read wherever WKT allows it: as a whole (an empty array, polyline or polygon; no point or line
+// can be empty) and as a member of a MULTILINESTRING or MULTIPOLYGON or a ring of a POLYGON (an
+// empty polyline; no ring, for a polygon set). Z tags are accepted by the Z forms, which also
+// accept three numbers without the tag and two numbers (z read as 0); the plane forms reject a
+// third coordinate. M and ZM forms and GEOMETRYCOLLECTION are rejected.
 //
 // Orientation: reading makes every shell counter-clockwise and every hole clockwise, as the
 // counting rule of the containment and the region operations reads them (a ring with area 0
