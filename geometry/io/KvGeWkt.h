@@ -6,6 +6,8 @@
 //   KvGeLine2d            LINESTRING (x1 y1, x2 y2)     (exactly two points)
 //   KvGePolyline2d        LINESTRING (x y, ...)
 //   KvGePolyline2dArray   MULTILINESTRING ((x y, ...), ...)
+//   lines (KvBtDynArray<KvGeLine2d>, as the pieces functions give them)
+//                         MULTILINESTRING ((x1 y1, x2 y2), ...)   (two points each)
 //   KvGePolygon2d         POLYGON ((x y, ..., x0 y0))   (one ring, no holes)
 //   KvGePolygon2dArray    POLYGON with holes, or MULTIPOLYGON when it has more than one shell
 //   KvGePoint3d           POINT Z (x y z)
@@ -80,6 +82,7 @@ KVGE_API int KvGeReadWkt(const char* text, KvGePoint2dArray& out, std::string* m
 KVGE_API int KvGeReadWkt(const char* text, KvGeLine2d& out, std::string* message = nullptr);
 KVGE_API int KvGeReadWkt(const char* text, KvGePolyline2d& out, std::string* message = nullptr);
 KVGE_API int KvGeReadWkt(const char* text, KvGePolyline2dArray& out, std::string* message = nullptr);
+KVGE_API int KvGeReadWkt(const char* text, KvBtDynArray<KvGeLine2d>& out, std::string* message = nullptr);
 KVGE_API int KvGeReadWkt(const char* text, KvGePolygon2d& out, std::string* message = nullptr);
 KVGE_API int KvGeReadWkt(const char* text, KvGePolygon2dArray& out, std::string* message = nullptr);
 KVGE_API int KvGeReadWkt(const char* text, KvGePoint3d& out, std::string* message = nullptr);
@@ -97,6 +100,8 @@ KVGE_API int KvGeReadWkt(const char* text, std::size_t length, KvGePoint2dArray&
 KVGE_API int KvGeReadWkt(const char* text, std::size_t length, KvGeLine2d& out, std::string* message = nullptr);
 KVGE_API int KvGeReadWkt(const char* text, std::size_t length, KvGePolyline2d& out, std::string* message = nullptr);
 KVGE_API int KvGeReadWkt(const char* text, std::size_t length, KvGePolyline2dArray& out,
+                         std::string* message = nullptr);
+KVGE_API int KvGeReadWkt(const char* text, std::size_t length, KvBtDynArray<KvGeLine2d>& out,
                          std::string* message = nullptr);
 KVGE_API int KvGeReadWkt(const char* text, std::size_t length, KvGePolygon2d& out, std::string* message = nullptr);
 KVGE_API int KvGeReadWkt(const char* text, std::size_t length, KvGePolygon2dArray& out, std::string* message = nullptr);
@@ -120,6 +125,7 @@ KVGE_API void KvGeWriteWkt(const KvGePoint2dArray& points, std::string& out);
 KVGE_API void KvGeWriteWkt(const KvGeLine2d& line, std::string& out);
 KVGE_API void KvGeWriteWkt(const KvGePolyline2d& polyline, std::string& out);
 KVGE_API void KvGeWriteWkt(const KvGePolyline2dArray& polylines, std::string& out);
+KVGE_API void KvGeWriteWkt(const KvBtDynArray<KvGeLine2d>& lines, std::string& out);
 KVGE_API void KvGeWriteWkt(const KvGePolygon2d& polygon, std::string& out);
 KVGE_API void KvGeWriteWkt(const KvGePolygon2dArray& region, std::string& out);
 KVGE_API void KvGeWriteWkt(const KvGePoint3d& p, std::string& out);
@@ -170,6 +176,7 @@ class KVGE_API KvGeWktGeometry {
   KvGeWktGeometry& Set(const KvGeLine2d& line);          // LINESTRING of two points
   KvGeWktGeometry& Set(const KvGePolyline2d& polyline);
   KvGeWktGeometry& Set(const KvGePolyline2dArray& polylines);
+  KvGeWktGeometry& Set(const KvBtDynArray<KvGeLine2d>& lines);  // MULTILINESTRING
   KvGeWktGeometry& Set(const KvGePolygon2d& polygon);
   /// POLYGON or MULTIPOLYGON by the number of shells, as the writer counts them.
   KvGeWktGeometry& Set(const KvGePolygon2dArray& region);
