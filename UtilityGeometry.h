@@ -43,4 +43,7 @@
 #include "geometry/intersection/KvGePieces2d.h"
 #include "geometry/intersection/KvGePreparedRegion2d.h"
 
+#include "geometry/io/KvGeSvg.h"
+#include "geometry/io/KvGeWkt.h"
+
 #include "tools/KvTlFunktion2d.h"
