@@ -23,7 +23,7 @@ cmake --install build/gcc --prefix "$root/build/test-install" >/dev/null
 cmake -S examples/consumer -B build/test-consumer -G Ninja -DCMAKE_PREFIX_PATH="$root/build/test-install" >/dev/null
 cmake --build build/test-consumer -j "$jobs"
 ./build/test-consumer/ug_demo >/dev/null
-./build/test-consumer/ug_typical >/dev/null
+./build/test-consumer/ug_typical build/test-consumer/typical.svg >/dev/null
 echo "consumer built against the installed package and ran"
 
 echo "== clang with AddressSanitizer and UndefinedBehaviorSanitizer"

@@ -5,14 +5,14 @@
 // one style of a small fixed palette, and writes them as one SVG document:
 // - the view box is fitted to the box of everything added, widened by a margin on every side
 //   (a fraction of the larger extent; a content of no extent gets a view of 1 drawing unit);
-// - y points up, as in drawings: the writer negates y, so that (0, 0) is bottom left of (0, 1);
-// - strokes keep their screen width at any zoom (vector-effect="non-scaling-stroke"), and
-//   point marks and label text are sized from the view box so they look the same at any scale;
+// - y points up, as in drawings. Drawing coordinates are mapped to pixels of the picture, which
+//   are its user units (viewBox "0 0 width height"), rounded to 0.01 pixel: so stroke widths,
+//   point marks and text have their intended screen size in every renderer, and strokes keep
+//   that width when a viewer zooms (vector-effect="non-scaling-stroke");
 // - regions are drawn as one path per polygon set with fill-rule="evenodd", so holes show as
 //   holes (the writer draws the rings; it does not apply the counting rule of the region
 //   operations: a clockwise ring on its own is drawn filled).
-// Coordinates are written in the shortest round-trip form (as in the WKT writer). Elements are
-// drawn in the order added; labels last, so text stays readable above the shapes. Coordinates
+// Elements are drawn in the order added; labels last, so text stays readable above the shapes. Coordinates
 // that are not finite are left out of the box and of the picture.
 
 #include <string>

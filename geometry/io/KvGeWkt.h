@@ -175,6 +175,8 @@ class KVGE_API KvGeWktGeometry {
   KvGeWktGeometry& Set(const KvGePoint3dArray& points);  // MULTIPOINT Z
   KvGeWktGeometry& Set(const KvGeLine3d& line);          // LINESTRING Z
   KvGeWktGeometry& Set(const KvGePolygon3d& polygon);    // POLYGON Z
+  KvGeWktGeometry& Set(const KvGeLine23d& line);         // LINESTRING Z
+  KvGeWktGeometry& Set(const KvGePolygon23d& polygon);   // POLYGON Z
   /// Back to kNone.
   KvGeWktGeometry& Clear();
 
@@ -212,7 +214,8 @@ class KVGE_API KvGeWktGeometry {
   /// polylines from kLineString, kMultiLineString or kLineStringZ, and the closed boundary rings
   /// (first point repeated at the end) of kPolygon, kMultiPolygon and kPolygonZ;
   int GetPolylines(KvGePolyline2dArray& out) const;
-  /// a region from kPolygon, kMultiPolygon or kPolygonZ.
+  /// a region from kPolygon, kMultiPolygon or kPolygonZ (its ring oriented counter-clockwise
+  /// in plan; Points3d() keeps it as read, as KvGePolygon3d does).
   int GetRegion(KvGePolygon2dArray& out) const;
 
   /// The box of all coordinates in plan; the empty box when there are none.
