@@ -24,6 +24,8 @@ void UgeoOutput::Emit() {
 }
 
 void UgeoOutput::Number(double v) {
+  // -0 (a crossing computed as negative zero) prints as 0.
+  v += 0.0;
   if (m_bJson && !std::isfinite(v)) {
     m_Line += "null";
     return;
@@ -55,6 +57,19 @@ void UgeoOutput::Finish() {
 }
 
 namespace {
+
+// Results are printed with -0 as 0: the library's crossings can give a negative zero, which
+// tells a reader nothing. Adding 0.0 changes no other value.
+void PositiveZeros(KvGePoint2dArray& points) {
+  for (KvGePoint2d& p : points) {
+    p.x += 0.0;
+    p.y += 0.0;
+  }
+}
+template <class Rings>
+void PositiveZerosAll(Rings& rings) {
+  for (auto& r : rings) PositiveZeros(r);
+}
 
 // Calls f(geometry, source) for every geometry of the arguments, numbered from position on.
 template <class F>
@@ -282,6 +297,7 @@ void UgeoPieces(const UgeoOptions& o, UgeoOutput& out) {
     int count = 0;
     for (const KvGePolyline2d& l : members) count += region.Pieces(l, o.mode, lines, polys, pieces);
     wkt.clear();
+    PositiveZerosAll(pieces);
     KvGeWriteWkt(pieces, wkt);
     if (out.Json()) {
       out.Line() += "{\"pieces\":" + std::to_string(count) + ",\"wkt\":";
@@ -387,6 +403,7 @@ void UgeoBoolean(const UgeoOptions& o, UgeoOutput& out, int op) {
       result -= region;
     first = false;
   });
+  PositiveZerosAll(result);
   WriteWktLine(out, KvGeWriteWkt(result));
 }
 
@@ -415,6 +432,7 @@ void UgeoOffset(const UgeoOptions& o, UgeoOutput& out) {
     if (!ok)
       src.Origin().Fail(
           "offset refused (a coordinate or D beyond the range of the region operations, 1e9, or --eps too small)");
+    PositiveZerosAll(result);
     WriteWktLine(out, KvGeWriteWkt(result));
   });
 }
@@ -432,12 +450,14 @@ void UgeoClean(const UgeoOptions& o, UgeoOutput& out) {
       // drops it for having no area.
       for (KvGePolygon2d& ring : region) StreckenzugKorrigieren2d(ring, o.eps);
       RemoveSchlaufen2d(region);
+      PositiveZerosAll(region);
       KvGeWriteWkt(region, wkt);
     } else if (kind == KvGeWktGeometry::kLineString || kind == KvGeWktGeometry::kLineStringZ) {
       KvGePolyline2d l;
       g.GetPolyline(l);
       StreckenzugKorrigieren2d(l, o.eps);
       RemoveSchlaufen2d(l);
+      PositiveZeros(l);
       KvGeWriteWkt(l, wkt);
     } else if (kind == KvGeWktGeometry::kMultiLineString) {
       KvGePolyline2dArray lines;
@@ -445,6 +465,7 @@ void UgeoClean(const UgeoOptions& o, UgeoOutput& out) {
       for (KvGePolyline2d& l : lines) {
         StreckenzugKorrigieren2d(l, o.eps);
         RemoveSchlaufen2d(l);
+        PositiveZeros(l);
       }
       KvGeWriteWkt(lines, wkt);
     } else {

@@ -54,8 +54,7 @@ UgeoSource::UgeoSource(const char* role, int position, const std::string& arg, U
   } else if (!arg.empty() && arg[0] == '@') {
     m_Kind = kFile;
     m_File = std::fopen(arg.c_str() + 1, "rb");
-    if (m_File == nullptr)
-      throw UgeoError(Origin().where + ": cannot open " + arg.substr(1) + ": " + std::strerror(errno));
+    if (m_File == nullptr) throw UgeoError(Origin().where + ": cannot open: " + std::strerror(errno));
   }
 }
 
@@ -66,8 +65,9 @@ UgeoSource::~UgeoSource() {
 UgeoOrigin UgeoSource::Origin() const {
   UgeoOrigin o;
   o.where = std::string(m_Role) + " argument " + std::to_string(m_Position);
-  if (m_Kind == kStdin) o.where += ", standard input line " + std::to_string(m_nLine);
-  if (m_Kind == kFile) o.where += ", " + m_Arg.substr(1) + " line " + std::to_string(m_nLine);
+  const std::string line = m_nLine > 0 ? " line " + std::to_string(m_nLine) : std::string();
+  if (m_Kind == kStdin) o.where += ", standard input" + line;
+  if (m_Kind == kFile) o.where += ", " + m_Arg.substr(1) + line;
   o.offset = m_KeywordOffset;
   return o;
 }

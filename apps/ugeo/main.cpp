@@ -93,18 +93,51 @@ const Sub kSubs[] = {
      "open, lines as lines, points as dots, the view fitted to the content. Prints nothing."},
 };
 
-std::string Footer(const Sub& s) { return std::string("\n") + s.prints + "\n\n" + kInputs + "\n\n" + kErrors; }
+// Paragraphs broken into lines of at most 78 characters.
+std::string Wrap(const std::string& text) {
+  std::string out, word;
+  std::size_t column = 0;
+  const auto flush = [&] {
+    if (word.empty()) return;
+    if (column > 0 && column + 1 + word.size() > 78) {
+      out += '\n';
+      column = 0;
+    }
+    if (column > 0) {
+      out += ' ';
+      ++column;
+    }
+    out += word;
+    column += word.size();
+    word.clear();
+  };
+  for (const char c : text) {
+    if (c == ' ') {
+      flush();
+    } else if (c == '\n') {
+      flush();
+      out += '\n';
+      column = 0;
+    } else {
+      word += c;
+    }
+  }
+  flush();
+  return out;
+}
+
+std::string Footer(const Sub& s) { return "\n" + Wrap(std::string(s.prints) + "\n\n" + kInputs + "\n\n" + kErrors); }
 
 int Run(int argc, char** argv) {
   CLI::App app{"ugeo: the queries and region operations of UtilityGeometry on WKT geometries."};
   app.name("ugeo");
   app.require_subcommand(1);
   app.fallthrough();
-  app.footer(std::string("\n") + kInputs +
-             "\n\nOutput is WKT (or a number or words) by default, one line per "
-             "answer; --json prints one JSON object per line instead. 'ugeo <subcommand> --help' tells what "
-             "each prints.\n\n" +
-             kErrors);
+  app.footer("\n" + Wrap(std::string(kInputs) +
+                         "\n\nOutput is WKT (or a number or words) by default, one line per answer; --json "
+                         "prints one JSON object per line instead. 'ugeo <subcommand> --help' tells what each "
+                         "prints.\n\n" +
+                         kErrors));
   UgeoOptions o;
   app.add_flag("--json", o.json, "one JSON object per line instead of WKT");
 
@@ -155,6 +188,17 @@ int Run(int argc, char** argv) {
           action = [&o, f](UgeoOutput& out) { f(o, out); };
       });
     }
+  }
+
+  // CLI11 would call an unknown subcommand a missing one.
+  for (int i = 1; i < argc; ++i) {
+    const std::string a = argv[i];
+    if (a.empty() || a[0] == '-') continue;
+    bool known = false;
+    for (const Sub& s : kSubs) known = known || a == s.name;
+    if (known) break;
+    std::fprintf(stderr, "error: unknown subcommand '%s' (see ugeo --help)\n", a.c_str());
+    return 2;
   }
 
   try {
