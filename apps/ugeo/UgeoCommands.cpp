@@ -8,6 +8,7 @@
 #include "UgeoInput.h"
 #include "geometry/intersection/KvGeContainment2d.h"
 #include "geometry/intersection/KvGeDistance2d.h"
+#include "geometry/intersection/KvGeIntrCalculator2d.h"
 #include "geometry/intersection/KvGeIntrLine2d.h"
 #include "geometry/intersection/KvGePieces2d.h"
 #include "geometry/intersection/KvGePreparedRegion2d.h"
@@ -475,12 +476,61 @@ void UgeoClean(const UgeoOptions& o, UgeoOutput& out) {
   });
 }
 
+namespace {
+
+// The segment a-b drawn in its parts, each styled by where it lies in the region: the line's
+// crossings with every ring sorted by a calculator, each part typed by the crossing count (as
+// the pieces are found) and clipped to the segment.
+void AddStateParts(KvGeSvgWriter& svg, const KvGePolygon2dArray& region, const KvGePoint2d& a, const KvGePoint2d& b) {
+  // A fresh calculator per segment: it starts with its two records at infinity.
+  KvGeIntrCalculator2d calc;
+  const KvGeLine2d unbounded(a, b, 0);
+  for (const KvGePolygon2d& ring : region) Intersection2d(unbounded, ring, calc, 1);
+  calc.Calculate0();
+  const KvGeIntrPart2d segment(KvGeIntrPoint2d(a, 0, -1, 0, 0.0, 0.0, 0, 0, 0),
+                               KvGeIntrPoint2d(b, 0, 1, 0, Distance2d(a, b), 0.0, 0, 0, 0), 0);
+  for (int i = 0; i < calc.GetSize0(); ++i) {
+    KvGeIntrPart2d part = calc.Part0(static_cast<unsigned>(i));
+    part.Intersect0(segment);
+    if (part.Min().Compare0(part.Max()) >= 0) continue;  // outside the segment, or no length
+    const int type = part.Type();
+    svg.AddLine(KvGeLine2d(part.Min(), part.Max()), type == 1   ? KvGeSvgStyle::kInside
+                                                    : type == 0 ? KvGeSvgStyle::kBoundary
+                                                                : KvGeSvgStyle::kOutside);
+  }
+}
+
+KvGeSvgStyle StateStyle(unsigned short bits) {
+  return bits == 4 ? KvGeSvgStyle::kInside : bits == 1 ? KvGeSvgStyle::kOutside : KvGeSvgStyle::kBoundary;
+}
+
+}  // namespace
+
 void UgeoSvg(const UgeoOptions& o, UgeoOutput&) {
   KvGeSvgWriter svg;
   svg.SetWidth(o.width).SetTitle(o.title);
-  ForEachGeometry("GEOM", 2, o.rest, [&](const KvGeWktGeometry& g, const UgeoSource&) {
+  std::unique_ptr<Region> region;
+  KvGePolyline2dArray lines;
+  KvGePoint2dArray points;
+  ForEachGeometry("GEOM", 2, o.rest, [&](const KvGeWktGeometry& g, const UgeoSource& src) {
     const int dim = g.Dimension();
-    svg.AddGeometry(g, dim == 2 ? KvGeSvgStyle::kRegion : dim == 1 ? KvGeSvgStyle::kLine : KvGeSvgStyle::kPoint);
+    if (o.state && !region) {
+      region.reset(new Region(UgeoRegion(g, src.Origin()), false));
+      svg.AddRegion(region->set);
+      return;
+    }
+    if (!o.state || dim == 2) {
+      svg.AddGeometry(g, dim == 2 ? KvGeSvgStyle::kRegion : dim == 1 ? KvGeSvgStyle::kLine : KvGeSvgStyle::kPoint);
+      return;
+    }
+    if (dim == 1) {
+      g.GetPolylines(lines);
+      for (const KvGePolyline2d& l : lines)
+        for (int i = 0; i + 1 < l.GetSize(); ++i) AddStateParts(svg, region->set, l[i], l[i + 1]);
+    } else if (dim == 0) {
+      g.GetPoints(points);
+      for (const KvGePoint2d& p : points) svg.AddPoint(p, StateStyle(region->Contain(p)));
+    }
   });
   if (!svg.WriteFile(o.first)) throw UgeoError("OUT argument 1: cannot write " + o.first);
 }

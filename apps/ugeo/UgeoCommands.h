@@ -19,6 +19,7 @@ struct UgeoOptions {
   std::string ends = "butt";
   double miterLimit = 2.0;
   double eps = 0.001;
+  bool state = false;
   int width = 800;
   std::string title;
 };

@@ -76,7 +76,7 @@ int UgeoSource::ReadLine(std::string& line) {
   line.clear();
   int c = 0;
   bool any = false;
-  while ((c = std::getc(m_File)) != EOF) {
+  while ((c = getc_unlocked(m_File)) != EOF) {
     any = true;
     if (c == '\n') break;
     line.push_back(static_cast<char>(c));

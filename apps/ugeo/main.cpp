@@ -90,7 +90,10 @@ const Sub kSubs[] = {
      "Points are printed as read. --json: {\"wkt\":\"...\"}."},
     {"svg", "draw the geometries into OUT.svg",
      "Writes an SVG picture of all GEOMs to OUT.svg, y pointing up: regions filled with their holes "
-     "open, lines as lines, points as dots, the view fitted to the content. Prints nothing."},
+     "open, lines as lines, points as dots, the view fitted to the content. With --state the first "
+     "GEOM is a region and the lines after it are drawn cut into their parts inside (green, solid), "
+     "on the boundary (orange, wide) and outside (red, dashed), the points coloured the same way by "
+     "their containment. Prints nothing."},
 };
 
 // Paragraphs broken into lines of at most 78 characters.
@@ -175,6 +178,7 @@ int Run(int argc, char** argv) {
       sub->add_option("GEOM", o.rest, "geometries to draw")->required();
       sub->add_option("--width", o.width, "picture width in pixels (default 800)");
       sub->add_option("--title", o.title, "a title for the picture");
+      sub->add_flag("--state", o.state, "colour lines and points by where they lie in the first GEOM");
       sub->callback([&] { action = [&](UgeoOutput& out) { UgeoSvg(o, out); }; });
     } else {
       sub->add_option("GEOM", o.rest, "geometries")->required();
