@@ -174,7 +174,7 @@ KvGeBox2d KvGeSvgWriter::BoundingBox() const {
   return box;
 }
 
-void KvGeSvgWriter::Write(std::string& out) const {
+void KvGeSvgWriter::Render(std::string& out) const {
   // The view: the content's box, at least 2% of its larger extent in each direction (a single
   // point gets 1 drawing unit), and the margin around it.
   const KvGeBox2d box = BoundingBox();
@@ -275,22 +275,28 @@ void KvGeSvgWriter::Write(std::string& out) const {
   out += "</svg>\n";
 }
 
+int KvGeSvgWriter::Write(std::string& out) const {
+  try {
+    Render(out);
+    return 1;
+  } catch (...) {
+    return 0;
+  }
+}
+
 std::string KvGeSvgWriter::Write() const {
   std::string out;
-  Write(out);
+  if (!Write(out)) out.clear();
   return out;
 }
 
 int KvGeSvgWriter::WriteFile(const char* path) const {
   if (path == nullptr) return 0;
-  try {
-    const std::string text = Write();
-    std::FILE* f = std::fopen(path, "wb");
-    if (f == nullptr) return 0;
-    const int written = std::fwrite(text.data(), 1, text.size(), f) == text.size();
-    const int closed = std::fclose(f) == 0;
-    return written && closed ? 1 : 0;
-  } catch (...) {
-    return 0;
-  }
+  std::string text;
+  if (!Write(text)) return 0;
+  std::FILE* f = std::fopen(path, "wb");
+  if (f == nullptr) return 0;
+  const int written = std::fwrite(text.data(), 1, text.size(), f) == text.size();
+  const int closed = std::fclose(f) == 0;
+  return written && closed ? 1 : 0;
 }

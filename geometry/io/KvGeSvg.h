@@ -12,8 +12,8 @@
 // - regions are drawn as one path per polygon set with fill-rule="evenodd", so holes show as
 //   holes (the writer draws the rings; it does not apply the counting rule of the region
 //   operations: a clockwise ring on its own is drawn filled).
-// Elements are drawn in the order added; labels last, so text stays readable above the shapes. Coordinates
-// that are not finite are left out of the box and of the picture.
+// Elements are drawn in the order added; labels last, so text stays readable above the shapes.
+// Coordinates that are not finite are left out of the box and of the picture.
 
 #include <string>
 #include <vector>
@@ -84,8 +84,10 @@ class KVGE_API KvGeSvgWriter {
   /// The box of the content, without the margin; the empty box when nothing finite was added.
   KvGeBox2d BoundingBox() const;
 
-  /// The SVG document, appended to out, or returned.
-  void Write(std::string& out) const;
+  /// Appends the SVG document to out: 1, or 0 when memory ran out (out then ends in an
+  /// incomplete document).
+  int Write(std::string& out) const;
+  /// The SVG document (empty when memory ran out).
   std::string Write() const;
   /// Writes the document to the file at path (replacing it). 1 on success, 0 when the file
   /// cannot be written (then the file may be missing or incomplete).
@@ -105,6 +107,7 @@ class KVGE_API KvGeSvgWriter {
   };
   Item& NewItem(Item::Shape shape, KvGeSvgStyle style);
   void AddPath(Item& item, const KvGePoint2d* points, int n);
+  void Render(std::string& out) const;
 
   std::vector<Item> m_Items;
   int m_Width = 800;

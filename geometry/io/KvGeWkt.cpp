@@ -669,6 +669,29 @@ int KvGeReadWkt(const char* text, std::size_t length, KvGePolyline2dArray& out, 
   });
 }
 
+int KvGeReadWkt(const char* text, std::size_t length, KvBtDynArray<KvGeLine2d>& out, std::string* message) {
+  return Guarded(message, [&] {
+    Parsed p;
+    if (!ParseAs(text, length, 0, Bit(kTLineString) | Bit(kTMultiLineString), "MULTILINESTRING or LINESTRING", p,
+                 message))
+      return 0;
+    KvBtDynArray<KvGeLine2d> a;
+    a.SetSize(p.Lists());
+    for (int l = 0; l < p.Lists(); ++l) {
+      if (p.ListSize(l) != 2)
+        return Reject(
+            message, p,
+            "expected lines of 2 points, got " + std::to_string(p.ListSize(l)) + " in line " + std::to_string(l + 1));
+      KvGePoint2d a1, a2;
+      Make(p.P(p.ListBegin(l)), a1);
+      Make(p.P(p.ListBegin(l) + 1), a2);
+      a.GetData()[l] = KvGeLine2d(a1, a2);
+    }
+    out = a;
+    return 1;
+  });
+}
+
 int KvGeReadWkt(const char* text, std::size_t length, KvGePolygon2d& out, std::string* message) {
   return Guarded(message, [&] {
     Parsed p;
@@ -789,6 +812,7 @@ KVGE_WKT_ZERO_TERMINATED(KvGePoint2dArray)
 KVGE_WKT_ZERO_TERMINATED(KvGeLine2d)
 KVGE_WKT_ZERO_TERMINATED(KvGePolyline2d)
 KVGE_WKT_ZERO_TERMINATED(KvGePolyline2dArray)
+KVGE_WKT_ZERO_TERMINATED(KvBtDynArray<KvGeLine2d>)
 KVGE_WKT_ZERO_TERMINATED(KvGePolygon2d)
 KVGE_WKT_ZERO_TERMINATED(KvGePolygon2dArray)
 KVGE_WKT_ZERO_TERMINATED(KvGePoint3d)
@@ -858,6 +882,23 @@ void KvGeWriteWkt(const KvGePolyline2dArray& polylines, std::string& out) {
       out += "EMPTY";
     else
       Seq(polylines.GetData()[l], 0, out);
+  }
+  out += ')';
+}
+
+void KvGeWriteWkt(const KvBtDynArray<KvGeLine2d>& lines, std::string& out) {
+  out += "MULTILINESTRING";
+  if (lines.GetSize() == 0) {
+    out += " EMPTY";
+    return;
+  }
+  out += " (";
+  for (int l = 0; l < lines.GetSize(); ++l) {
+    out += l ? ", (" : "(";
+    Pt(lines.GetData()[l].P1(), out);
+    out += ", ";
+    Pt(lines.GetData()[l].P2(), out);
+    out += ')';
   }
   out += ')';
 }
@@ -947,6 +988,17 @@ KvGeWktGeometry& KvGeWktGeometry::Set(const KvGePolyline2dArray& polylines) {
   Clear();
   m_Kind = kMultiLineString;
   m_Lines = polylines;
+  return *this;
+}
+
+KvGeWktGeometry& KvGeWktGeometry::Set(const KvBtDynArray<KvGeLine2d>& lines) {
+  Clear();
+  m_Kind = kMultiLineString;
+  m_Lines.SetSize(lines.GetSize());
+  for (int l = 0; l < lines.GetSize(); ++l) {
+    m_Lines.GetData()[l].Add(lines.GetData()[l].P1());
+    m_Lines.GetData()[l].Add(lines.GetData()[l].P2());
+  }
   return *this;
 }
 

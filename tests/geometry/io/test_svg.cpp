@@ -45,7 +45,7 @@ TEST(Svg, StylesPointsLabelsAndDegenerateContent) {
   EXPECT_EQ(svg.BoundingBox().Min().x, 5.0);
   EXPECT_EQ(svg.BoundingBox().Max().x, 5.0);
   std::string text;
-  svg.Write(text);
+  EXPECT_EQ(svg.Write(text), 1);
   EXPECT_NE(text.find("<circle class=\"d boundary\" cx=\"400\" cy=\"400\" r=\"4\"/>"), std::string::npos) << text;
   EXPECT_EQ(Count(text, "<circle"), 1);
   EXPECT_EQ(text.find("nan"), std::string::npos);

@@ -19,6 +19,9 @@ int Bits(const P& a, const P& b) { return Bits(a.x, b.x) && Bits(a.y, b.y) && a.
 int Bits(const P3& a, const P3& b) {
   return Bits(a.x, b.x) && Bits(a.y, b.y) && Bits(a.z, b.z) && a.m_bInfinite == b.m_bInfinite;
 }
+int Bits(const KvGeLine2d& a, const KvGeLine2d& b) { return Bits(a.P1(), b.P1()) && Bits(a.P2(), b.P2()); }
+int Bits(const KvGeLine3d& a, const KvGeLine3d& b) { return Bits(a.P1(), b.P1()) && Bits(a.P2(), b.P2()); }
+int Bits(const KvGeLine23d& a, const KvGeLine23d& b) { return Bits(a.P1(), b.P1()) && Bits(a.P2(), b.P2()); }
 template <class A>
 int Bits(const A& a, const A& b) {
   if (a.GetSize() != b.GetSize()) return 0;
@@ -26,9 +29,6 @@ int Bits(const A& a, const A& b) {
     if (!Bits(a.GetData()[i], b.GetData()[i])) return 0;
   return 1;
 }
-int Bits(const KvGeLine2d& a, const KvGeLine2d& b) { return Bits(a.P1(), b.P1()) && Bits(a.P2(), b.P2()); }
-int Bits(const KvGeLine3d& a, const KvGeLine3d& b) { return Bits(a.P1(), b.P1()) && Bits(a.P2(), b.P2()); }
-int Bits(const KvGeLine23d& a, const KvGeLine23d& b) { return Bits(a.P1(), b.P1()) && Bits(a.P2(), b.P2()); }
 
 // Doubles from every corner of the format: plain decimals with all mantissa bits used, any
 // finite bit pattern (huge, tiny, subnormal), small integers and both zeros.
@@ -133,6 +133,12 @@ TEST(Wkt, RandomObjectsRoundTripBitIdentically) {
     KvGePolyline2dArray a;
     const int n = static_cast<int>(r() % 4);
     for (int i = 0; i < n; ++i) a.Add(AnySequence<KvGePolyline2d>(r, 5, AnyPoint));
+    return a;
+  });
+  RoundTrip<KvBtDynArray<KvGeLine2d>>("lines", [](std::mt19937_64& r) {
+    KvBtDynArray<KvGeLine2d> a;
+    const int n = static_cast<int>(r() % 4);
+    for (int i = 0; i < n; ++i) a.Add(KvGeLine2d(AnyPoint(r), AnyPoint(r)));
     return a;
   });
   // Reading orients a lone ring counter-clockwise, so the generated rings are made so (a ring
@@ -289,6 +295,7 @@ TEST(Wkt, MalformedTextsFailWithAMessageAndLeaveTheTarget) {
   // Typed targets reject what they cannot hold.
   ExpectRejected("LINESTRING (0 0, 1 1, 2 2)", KvGeLine2d(P(5, 5), P(6, 6)), count);
   ExpectRejected("LINESTRING EMPTY", KvGeLine2d(P(5, 5), P(6, 6)), count);
+  ExpectRejected("MULTILINESTRING ((0 0, 1 1), (0 0, 1 1, 2 2))", KvBtDynArray<KvGeLine2d>(), count);
   ExpectRejected("POINT EMPTY", P(5, 5), count);
   ExpectRejected("POLYGON ((0 0, 9 0, 9 9, 0 0), (1 1, 2 1, 2 2, 1 1))", sentinel.GetAt(0), count);
   ExpectRejected("MULTIPOINT ((1 2))", P(5, 5), count);
@@ -432,6 +439,11 @@ TEST(Wkt, FormsAndConversions) {
   EXPECT_EQ(g.IsEmpty(), 1);
   EXPECT_EQ(g.GetPoint(l.P1()), 0);
   EXPECT_EQ(KvGeWriteWkt(g), "POINT EMPTY");
+  KvBtDynArray<KvGeLine2d> pieces;
+  pieces.Add(KvGeLine2d(P(0, 20), P(40, 20)));
+  pieces.Add(KvGeLine2d(P(60, 20), P(100.5, 20)));
+  EXPECT_EQ(KvGeWriteWkt(pieces), "MULTILINESTRING ((0 20, 40 20), (60 20, 100.5 20))");
+  EXPECT_EQ(KvGeWriteWkt(KvGeWktGeometry().Set(pieces)), KvGeWriteWkt(pieces));
   KvGePolygon2dArray set;
   set.Add(KvGePolygon2d());
   EXPECT_EQ(KvGeWktGeometry().Set(set).IsEmpty(), 1);
