@@ -141,12 +141,15 @@ double UgeoNumber(const char* role, int position, const std::string& arg) {
   std::size_t i = 0;
   while (s[i] != '\0' && IsBlank(s[i])) ++i;
   char* end = nullptr;
+  errno = 0;
   const double v = std::strtod(s + i, &end);
   std::size_t stop = static_cast<std::size_t>(end - s);
   if (stop == i) throw UgeoError(where + ": expected a number at offset " + std::to_string(i));
   while (s[stop] != '\0' && IsBlank(s[stop])) ++stop;
   if (stop != arg.size()) throw UgeoError(where + ": unexpected character at offset " + std::to_string(stop));
-  // Overflow gives an infinity; underflow to 0 or a subnormal number is taken as it stands.
-  if (!std::isfinite(v)) throw UgeoError(where + ": expected a finite number at offset " + std::to_string(i));
+  // Overflow gives an infinity; a number so small that it reads as 0 (1e-400) is refused as the
+  // WKT reader refuses it, a subnormal one is taken.
+  if (!std::isfinite(v) || (errno == ERANGE && v == 0.0))
+    throw UgeoError(where + ": expected a finite number in the range of a double at offset " + std::to_string(i));
   return v;
 }
