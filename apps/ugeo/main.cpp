@@ -17,6 +17,7 @@
 #include <functional>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "UgeoCommands.h"
 #include "UgeoInput.h"
@@ -205,8 +206,16 @@ int Run(int argc, char** argv) {
     return 2;
   }
 
+  // CLI11 takes "-5" for a number but "-.5" for an option; "-0.5" is the same number.
+  std::vector<std::string> args;
+  for (int i = argc - 1; i > 0; --i) {
+    std::string a = argv[i];
+    if (a.size() > 2 && a[0] == '-' && a[1] == '.' && a[2] >= '0' && a[2] <= '9') a.insert(1, "0");
+    args.push_back(a);
+  }
+
   try {
-    app.parse(argc, argv);
+    app.parse(args);
   } catch (const CLI::CallForHelp&) {
     // The help of the subcommand given, else of the tool.
     std::fputs(app.help().c_str(), stdout);
