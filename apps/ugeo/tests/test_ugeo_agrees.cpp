@@ -1,6 +1,7 @@
 // ugeo's answers against the library called directly, on random regions and queries: the tool
 // must read, choose the function and print so that nothing of the library's answer is lost.
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <cmath>
 #include <cstdio>
