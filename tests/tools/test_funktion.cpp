@@ -271,6 +271,14 @@ TEST(Funktion, RestrictionsInXAndY) {
   ExpectWellFormed(snapped);
   ExpectSides(snapped, 10, -1, 5);
   EXPECT_TRUE(F(Profile()).RestrictX(3, 3.0009, 2) == F(2));
+  // A bound that falls onto the start of a sliver left by Set: the kept part still meets the
+  // constant before it.
+  for (const F& sliver : {F(5, 1, 5.0005, 3, 7), F(5, 1, 5, 3, 7)}) {
+    F kept = sliver;
+    kept.RestrictX(5.0002, 8, 0);
+    ExpectWellFormed(kept, -1e9, 1e9, -1);
+    ExpectSides(kept, 6, 7, 7);
+  }
 
   const F ramp(0, 0, 10, 10, 0);
   F clamped = ramp;
