@@ -10,9 +10,10 @@
 // Positions closer than 0.001 count as the same x (a difference of exactly 0.001 included): a
 // break, bound or crossing within 0.001 of an existing break is taken as that break, so the
 // operations never create pieces of 0.001 or less. The one exception is the segment given to Set,
-// which is stored as given however short: the other operations carry such a piece along, the
-// searches of Index pass over it at its own ends, and Integral takes nothing from it. Values are
-// compared with the same 0.001.
+// which is stored as given however short: the other operations carry such a piece along,
+// Integral takes nothing from it, and the searches of Index pass over it at its own ends but may
+// pick it up to 0.001 beyond them, where its line is extrapolated. Values are compared with the
+// same 0.001.
 
 #include "basics/KvBtArray.h"
 #include "basics/KvGeTolerance.h"
