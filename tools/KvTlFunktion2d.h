@@ -9,7 +9,11 @@
 //
 // Positions closer than 0.001 count as the same x (a difference of exactly 0.001 included): a
 // break, bound or crossing within 0.001 of an existing break is taken as that break, so the
-// operations never create pieces of 0.001 or less. Values are compared with the same 0.001.
+// operations never create pieces of 0.001 or less. The one exception is the segment given to Set,
+// which is stored as given however short: the other operations carry such a piece along,
+// Integral takes nothing from it, and the searches of Index pass over it at its own ends but may
+// pick it up to 0.001 beyond them, where its line is extrapolated. Values are compared with the
+// same 0.001.
 
 #include "basics/KvBtArray.h"
 #include "basics/KvGeTolerance.h"
@@ -104,7 +108,8 @@ class KVGE_API KvTlFunktion2d {
   // it. An end within 1.0 of -1e9 or +1e9 counts as that limit (the outside piece is left out and
   // the end moved onto the limit, its value kept); an end beyond a limit by more than that is cut
   // there with the segment's value at the limit. A segment that lies entirely at or beyond one
-  // limit, or has an x that is not finite, leaves the constant c alone.
+  // limit, or has an x that is not finite, leaves the constant c alone. A segment of 0.001 or
+  // less (even a vertical one) stays a piece of its own.
   KvTlFunktion2d& Set(double xa, double ya, double xb, double yb, double c);
 
   // The pieces in ascending x. Read only: every member keeps the pieces ordered and meeting.
