@@ -165,6 +165,10 @@ class MatrixBase {
   }
   int operator==(const M& o) const { return IsEqualTo(o, kKvGeLinearTol); }
   int operator!=(const M& o) const { return IsEqualTo(o, kKvGeLinearTol) ? 0 : 1; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const M& a, const M& b) { return static_cast<const MatrixBase&>(a).operator==(b); }
+  friend int operator!=(const M& a, const M& b) { return static_cast<const MatrixBase&>(a).operator!=(b); }
 
   // The determinant; 0 when the decomposition fails.
   double Det() const {

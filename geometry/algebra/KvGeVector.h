@@ -95,6 +95,10 @@ class VectorBase : public CoordBase<N, V> {
   // 1 when the squared distance is <= 1e-6.
   int operator==(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 1 : 0; }
   int operator!=(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 0 : 1; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const V& a, const V& b) { return static_cast<const VectorBase&>(a).operator==(b); }
+  friend int operator!=(const V& a, const V& b) { return static_cast<const VectorBase&>(a).operator!=(b); }
 
  protected:
   template <class M>

@@ -73,6 +73,10 @@ class BoxBase {
   }
   int operator==(const B& o) const { return IsEqualTo(o, kKvGeLinearTol); }
   int operator!=(const B& o) const { return IsEqualTo(o, kKvGeLinearTol) ? 0 : 1; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const B& a, const B& b) { return static_cast<const BoxBase&>(a).operator==(b); }
+  friend int operator!=(const B& a, const B& b) { return static_cast<const BoxBase&>(a).operator!=(b); }
 
   P Extents() const { return m_Max - m_Min; }
   double XExtent() const { return m_Max.x - m_Min.x; }

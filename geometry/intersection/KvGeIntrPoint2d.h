@@ -77,6 +77,10 @@ class IntrPointBase : public P {
   // Always 0: records are compared only by Compare0 and Compare1.
   int operator==(const R&) const { return 0; }
   int operator!=(const R&) const { return 0; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const R& a, const R& b) { return static_cast<const IntrPointBase&>(a).operator==(b); }
+  friend int operator!=(const R& a, const R& b) { return static_cast<const IntrPointBase&>(a).operator!=(b); }
 
  private:
   static int Order(std::uint32_t s, double t, std::uint32_t os, double ot) {
@@ -165,6 +169,10 @@ class IntrPartBase {
   // Always 0, as for the records.
   int operator==(const Part&) const { return 0; }
   int operator!=(const Part&) const { return 0; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const Part& a, const Part& b) { return static_cast<const IntrPartBase&>(a).operator==(b); }
+  friend int operator!=(const Part& a, const Part& b) { return static_cast<const IntrPartBase&>(a).operator!=(b); }
 
  private:
   using Order = int (IntrPointBase<typename R::PointType, R>::*)(const R&) const;
