@@ -44,6 +44,13 @@ export -f check_one
 export out flags generated
 printf '%s\n' "${jobs[@]}" | xargs -P 2 -L 1 bash -c 'check_one "$@"' _
 
+# The array templates must refuse an element type that cannot be relocated bitwise.
+refused="$(printf '#include <string>\n#include "basics/KvBtArray.h"\nKvBtDynArray<std::string> a;\n' |
+  g++ -x c++ -std=c++17 -fsyntax-only -I. - 2>&1 || true)"
+if ! grep -q "relocate elements bitwise" <<<"$refused"; then
+  echo "KvBtDynArray<std::string> was not refused with the relocation message" >"$out/relocation.log"
+fi
+
 if compgen -G "$out/*.log" >/dev/null; then
   cat "$out"/*.log
   exit 1

@@ -34,6 +34,8 @@ namespace KvGeDetail {
 template <unsigned N, class M, class V>
 class MatrixBase {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   MatrixBase() {
     for (double& e : m_Elements) e = 0.0;
   }

@@ -32,6 +32,8 @@ namespace KvGeDetail {
 template <unsigned N, class B, class P>
 class BoxBase {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   BoxBase() : m_Min(1e9), m_Max(-1e9) {}
   BoxBase(const P& min, const P& max) : m_Min(min), m_Max(max) {}
 

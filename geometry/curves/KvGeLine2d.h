@@ -27,6 +27,8 @@ namespace KvGeDetail {
 template <class P, class B>
 class LineBase {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   LineBase() = default;
   LineBase(const P& p1, const P& p2, int segment) : m_P1(p1), m_P2(p2), m_Segment(segment) {}
 

@@ -121,6 +121,8 @@ R MaxOf1(const R& a, const R& b) {
 template <class R, class Part>
 class IntrPartBase {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   IntrPartBase() = default;
   IntrPartBase(const R& min, const R& max, int type) : m_Type(type), m_Min(min), m_Max(max) {}
 

@@ -21,6 +21,8 @@ class KvGePoint3d;
 
 class KVGE_API KvGeAngle {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   KvGeAngle() = default;
   KvGeAngle(double rad) : m_Rad(rad) {}  // NOLINT: radians convert implicitly, as callers expect
   // The direction of the vector (dx, dy), in -pi .. pi; 0 when both are exactly 0.

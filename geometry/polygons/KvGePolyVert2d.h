@@ -13,6 +13,8 @@ class KvGeModMat2d;
 
 class KVGE_API KvGePolyVert2d {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   KvGePolyVert2d() = default;
   KvGePolyVert2d(const KvGePoint2d& point, std::uint16_t shape, double bulge)
       : m_Point(point), m_Shape(shape), m_Bulge(bulge) {}
