@@ -18,6 +18,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -261,6 +262,13 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
 
  public:
   KvBtDynArray() = default;
+  /// The elements in the order given, each deep-copied.
+  KvBtDynArray(std::initializer_list<TYPE> items) {
+    if (items.size() > static_cast<std::size_t>(INT_MAX)) return;
+    this->SetSize(static_cast<int>(items.size()));
+    int k = 0;
+    for (const TYPE& item : items) DeepCopyElement(this->m_pData[k++], item);
+  }
   KvBtDynArray(const KvBtDynArray&) = default;
   KvBtDynArray(KvBtDynArray&&) noexcept = default;
   KvBtDynArray& operator=(const KvBtDynArray&) = default;

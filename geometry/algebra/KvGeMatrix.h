@@ -20,6 +20,7 @@
 // the constructors and setters that list their elements and the sub-matrix members.
 
 #include <cmath>
+#include <iosfwd>
 
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtCompare.h"
@@ -463,3 +464,8 @@ V KvGeDetail::VectorBase<N, V>::Over(const M& m) const {
   m.Solve(r, r);
   return r;
 }
+
+/// Writes the rows, "[[a, b], [c, d]]"; the modelling matrices print as their matrix.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeMatrix2X2& v);
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeMatrix3X3& v);
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeMatrix4X4& v);

@@ -14,6 +14,8 @@
 // The family shares KvGeDetail::BoxBase<N, B, P>; the named classes add the conversions and the
 // members that take their own point arrays and matrices.
 
+#include <iosfwd>
+
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtCompare.h"
@@ -230,3 +232,8 @@ class KVGE_API KvGeBox3d : public KvGeDetail::BoxBase<3, KvGeBox3d, KvGePoint3d>
 
 static_assert(sizeof(KvGeBox2d) == sizeof(void*) + 2 * sizeof(KvGePoint2d), "KvGeBox2d layout");
 static_assert(sizeof(KvGeBox3d) == sizeof(void*) + 2 * sizeof(KvGePoint3d), "KvGeBox3d layout");
+
+/// Writes "BOX (minx miny, maxx maxy)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeBox2d& v);
+/// Writes "BOX3D (minx miny minz, maxx maxy maxz)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeBox3d& v);

@@ -16,6 +16,7 @@
 // compare equal is empty when open and not empty when closed.
 
 #include <cstdint>
+#include <iosfwd>
 
 #include "basics/KvBtArray.h"
 #include "basics/KvGeTolerance.h"
@@ -260,3 +261,12 @@ KVGE_API KvGeIntrPoint3d Min0(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b
 KVGE_API KvGeIntrPoint3d Max0(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b);
 KVGE_API KvGeIntrPoint3d Min1(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b);
 KVGE_API KvGeIntrPoint3d Max1(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b);
+
+/// Writes the point and its attributes: "INTERSECTION (x y) sense c ends e0 e1 params t0 t1 segments s0 s1 info i".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeIntrPoint2d& v);
+/// As the plane record, with "(x y z)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeIntrPoint3d& v);
+/// Writes "PART type t from <record> to <record>".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeIntrPart2d& v);
+/// As the plane part.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeIntrPart3d& v);

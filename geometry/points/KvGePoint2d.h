@@ -8,6 +8,8 @@
 // A component index beyond 1 refers to the shared static m_vDummy: a write through a bad index
 // lands there, visible to every point, and corrupts no point.
 
+#include <iosfwd>
+
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/algebra/KvGeVector.h"
 #include "geometry/points/KvGeAngle.h"
@@ -96,3 +98,6 @@ KVGE_API int Clip2d(KvGePoint2d& p1, KvGePoint2d& p2, const KvGePoint2d& min, co
 KVGE_API int IsSimelarlyDirected(const KvGePoint2d& a, const KvGePoint2d& b);
 KVGE_API int IsParallel(const KvGePoint2d& a, const KvGePoint2d& b);
 KVGE_API int IsNormal(const KvGePoint2d& a, const KvGePoint2d& b);
+
+/// Writes WKT, "POINT (x y)"; a point at infinity, which WKT lacks, as "DIRECTION (x y)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePoint2d& v);

@@ -5,6 +5,7 @@
 // bulges (no tolerance on the bulge).
 
 #include <cstdint>
+#include <iosfwd>
 
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/points/KvGePoint2d.h"
@@ -64,3 +65,6 @@ class KVGE_API KvGePolyVert2d {
   std::uint16_t m_Shape = 0;
   double m_Bulge = 0.0;
 };
+
+/// Writes "VERTEX (x y) shape s bulge b".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePolyVert2d& v);
