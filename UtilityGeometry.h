@@ -26,11 +26,22 @@
 #include "geometry/points/KvGePoint3d.h"
 
 #include "geometry/curves/KvGeBox2d.h"
+#include "geometry/curves/KvGeCircle23d.h"
+#include "geometry/curves/KvGeCircle2d.h"
 #include "geometry/curves/KvGeLine2d.h"
 
+#include "geometry/polygons/KvGeParallel2d.h"
 #include "geometry/polygons/KvGePolyVert2d.h"
 #include "geometry/polygons/KvGePolygon2d.h"
 #include "geometry/polygons/KvGePolyline2d.h"
+#include "geometry/polygons/Simple2dPolygon.h"
 
+#include "geometry/intersection/KvGeContainment2d.h"
+#include "geometry/intersection/KvGeDistance2d.h"
 #include "geometry/intersection/KvGeIntrCalculator2d.h"
+#include "geometry/intersection/KvGeIntrLine2d.h"
 #include "geometry/intersection/KvGeIntrPoint2d.h"
+#include "geometry/intersection/KvGePieces2d.h"
+#include "geometry/intersection/KvGePreparedRegion2d.h"
+
+#include "tools/KvTlFunktion2d.h"

@@ -53,10 +53,12 @@ class KvBtArray {
     Copy(other);
     return *this;
   }
-  KvBtArray& operator=(KvBtArray&& other) noexcept {
+  // Assignment is Copy also from a temporary: the target keeps its growth step, and its storage
+  // when that is large enough. Only the elements of the temporary are moved, not its storage.
+  KvBtArray& operator=(KvBtArray&& other) {
     if (this != &other) {
-      Release();
-      Steal(other);
+      SetSize(other.m_nSize);
+      for (int k = 0; k < other.m_nSize; ++k) m_pData[k] = std::move(other.m_pData[k]);
     }
     return *this;
   }
@@ -272,7 +274,7 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
   KvBtDynArray(const KvBtDynArray&) = default;
   KvBtDynArray(KvBtDynArray&&) noexcept = default;
   KvBtDynArray& operator=(const KvBtDynArray&) = default;
-  KvBtDynArray& operator=(KvBtDynArray&&) noexcept = default;
+  KvBtDynArray& operator=(KvBtDynArray&&) = default;
   ~KvBtDynArray() override = default;
 
   // 1 when other is this array, or has the same size and every pair of elements is equal
@@ -339,6 +341,6 @@ class KvBtSmallArray : public KvBtArray<TYPE, const TYPE&> {
   KvBtSmallArray(const KvBtSmallArray&) = default;
   KvBtSmallArray(KvBtSmallArray&&) noexcept = default;
   KvBtSmallArray& operator=(const KvBtSmallArray&) = default;
-  KvBtSmallArray& operator=(KvBtSmallArray&&) noexcept = default;
+  KvBtSmallArray& operator=(KvBtSmallArray&&) = default;
   ~KvBtSmallArray() override = default;
 };

@@ -16,3 +16,5 @@ cmake -S examples/consumer -B build/consumer -G Ninja -DCMAKE_PREFIX_PATH="$root
 cmake --build build/consumer -j "$jobs"
 echo
 ./build/consumer/ug_demo
+echo
+./build/consumer/ug_typical

@@ -3,8 +3,9 @@
 # API reference; every public header compiled alone under strict flags; the exported symbols
 # against the committed list; the installed package, shared and static, used through
 # find_package, pkg-config and the plain include directory; the sources used through
-# add_subdirectory; and the unit tests again under AddressSanitizer and
-# UndefinedBehaviorSanitizer with clang. Exits non-zero on any failure.
+# add_subdirectory; the unit tests again under AddressSanitizer and UndefinedBehaviorSanitizer
+# with clang, and the concurrency tests under ThreadSanitizer with clang. Exits non-zero on any
+# failure.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
@@ -37,6 +38,7 @@ use_installed() {
   cmake -S examples/consumer -B "build/test-consumer-$kind" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
   cmake --build "build/test-consumer-$kind" -j "$jobs"
   "./build/test-consumer-$kind/ug_demo" >/dev/null
+  "./build/test-consumer-$kind/ug_typical" >/dev/null
 
   libdir="$(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --variable=libdir UtilityGeometry)"
   # shellcheck disable=SC2046
@@ -46,7 +48,8 @@ use_installed() {
 
   g++ -std=c++17 examples/subdirectory/main.cpp -o "build/test-consumer-$kind/ug_include_dir" -I"$prefix/include" \
     $([ "$kind" = static ] && echo -DUTILITYGEOMETRY_STATIC_DEFINE) \
-    -L"$libdir" -lUtilityGeometry -lUtilityBasicsClass -lUtilityGeneral -Wl,-rpath,"$libdir"
+    -L"$libdir" -lUtilityGeometry -lUtilityBasicsClass -lUtilityGeneral \
+    $([ "$kind" = static ] && echo -lpolyclipping) -Wl,-rpath,"$libdir"
   "./build/test-consumer-$kind/ug_include_dir" >/dev/null
   echo "$kind package: find_package, pkg-config and include-directory consumers built and ran"
 }
@@ -87,3 +90,9 @@ CXX=clang++ cmake -S . -B build/asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DUG_SANI
 cmake --build build/asan -j "$jobs"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   ctest --test-dir build/asan --output-on-failure --no-tests=error -j "$jobs"
+
+echo "== clang with ThreadSanitizer: objects shared between threads"
+CXX=clang++ cmake -S . -B build/tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DUG_TSAN=ON \
+  -DUG_WARNINGS_AS_ERRORS=ON -DUG_BUILD_BENCH=OFF -DUG_BUILD_DOCS=OFF -DUG_BUILD_EXAMPLES=OFF >/dev/null
+cmake --build build/tsan -j "$jobs" --target test_geometry_intersection
+TSAN_OPTIONS=halt_on_error=1 ./build/tsan/tests/test_geometry_intersection --gtest_filter='*Concurrency*'

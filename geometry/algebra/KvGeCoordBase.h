@@ -1,10 +1,13 @@
 #pragma once
 // Internal: the members that vectors and points of 2, 3 and 4 components share, written once.
-// CoordBase<N, D> holds the named components (x, y, z, w as the size has them) and gives
+// CoordBase<N, D, R> holds the named components (x, y, z, w as the size has them) and gives
 // component access, scaling, the dot product, norms and normalisation; D is the named class
 // (vector or point) that derives from it and keeps the static m_vDummy, the double handed out
 // for a component index out of range (a write through a bad index lands there and corrupts no
-// object).
+// object). R is the family's rule for a const read through a bad index: vectors read 0.0,
+// points read the value of m_vDummy, in the same way as their non-const access hands it out.
+// Every access by index, operator[] included, checks the index; loops over 0 .. N - 1 lose the
+// check to the optimiser.
 //
 // Tolerances: IsZeroLength compares the squared length with tol * tol; Normalize treats a
 // length within 0.001 of 0 (inclusive) as no direction and leaves the object unchanged; scaling
@@ -42,7 +45,10 @@ struct CoordData<4> {
   static constexpr double CoordData::*kAt[4] = {&CoordData::x, &CoordData::y, &CoordData::z, &CoordData::w};
 };
 
-template <unsigned N, class D>
+// What a const access reads for a component index out of range.
+enum class BadIndexRead { kZero, kDummy };
+
+template <unsigned N, class D, BadIndexRead R>
 class CoordBase : public CoordData<N> {
   using Data = CoordData<N>;
 
@@ -53,15 +59,16 @@ class CoordBase : public CoordData<N> {
 
   unsigned Dim() const { return N; }
 
-  // Component i without a range check; i < N is the caller's promise.
-  double& operator[](unsigned i) { return this->*Data::kAt[i]; }
-  double operator[](unsigned i) const { return this->*Data::kAt[i]; }
-
-  // Component i; an index >= N reads 0.0 (const) or refers to D::m_vDummy.
-  double& Element(unsigned i) { return i < N ? (*this)[i] : D::m_vDummy; }
-  double Element(unsigned i) const { return i < N ? (*this)[i] : 0.0; }
-  double& operator()(unsigned i) { return Element(i); }
-  double operator()(unsigned i) const { return Element(i); }
+  // Component i; an index >= N refers to D::m_vDummy, and its const read follows R.
+  double& operator[](unsigned i) { return i < N ? this->*Data::kAt[i] : D::m_vDummy; }
+  double operator[](unsigned i) const {
+    if (i < N) return this->*Data::kAt[i];
+    return R == BadIndexRead::kDummy ? D::m_vDummy : 0.0;
+  }
+  double& Element(unsigned i) { return (*this)[i]; }
+  double Element(unsigned i) const { return (*this)[i]; }
+  double& operator()(unsigned i) { return (*this)[i]; }
+  double operator()(unsigned i) const { return (*this)[i]; }
 
   D& operator*=(double s) {
     for (unsigned i = 0; i < N; ++i) (*this)[i] *= s;
@@ -152,8 +159,8 @@ class CoordBase : public CoordData<N> {
 };
 
 // s * v, the same as v * s.
-template <unsigned N, class D>
-D operator*(double s, const CoordBase<N, D>& v) {
+template <unsigned N, class D, BadIndexRead R>
+D operator*(double s, const CoordBase<N, D, R>& v) {
   return static_cast<const D&>(v) * s;
 }
 

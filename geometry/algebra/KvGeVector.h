@@ -46,8 +46,8 @@ struct MatrixOf<4> {
 };
 
 template <unsigned N, class V>
-class VectorBase : public CoordBase<N, V> {
-  using Base = CoordBase<N, V>;
+class VectorBase : public CoordBase<N, V, BadIndexRead::kZero> {
+  using Base = CoordBase<N, V, BadIndexRead::kZero>;
   using Matrix = typename MatrixOf<N>::type;
 
  public:

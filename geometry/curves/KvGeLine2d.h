@@ -2,13 +2,14 @@
 // Straight pieces between two points: KvGeLine2d in the plane, KvGeLine3d in space and
 // KvGeLine23d in space with plan handling and a height. Segment is an attribute stored and
 // handed out as passed (the intersection functions give it its meaning); Sense is an orientation
-// sign, +1 or -1.
+// sign, +1 or -1. Invert negates any stored sense within the int range: INT_MIN becomes INT_MAX.
 //
 // The equality rules differ deliberately: KvGeLine2d compares the end points (within 0.001, same
 // kind) and Sense and ignores Segment; KvGeLine3d compares the end points and Segment and has no
 // Sense; KvGeLine23d has no equality. No line equals its own inverse. The plan line's box adds
 // the height to the top when it is positive, otherwise to the bottom.
 
+#include <climits>
 #include <cmath>
 #include <iosfwd>
 
@@ -54,6 +55,8 @@ class LineBase {
     m_P1 = m_P2;
     m_P2 = t;
   }
+  // -sense; INT_MIN, which has no negative in an int, gives INT_MAX.
+  static int NegatedSense(int sense) { return sense == INT_MIN ? INT_MAX : -sense; }
 
   P m_P1;
   P m_P2;
@@ -87,7 +90,7 @@ class KVGE_API KvGeLine2d : public KvGeDetail::LineBase<KvGePoint2d, KvGeBox2d> 
   // Exchanges the end points and negates Sense.
   KvGeLine2d& Invert() {
     SwapEnds();
-    m_Sense = -m_Sense;
+    m_Sense = NegatedSense(m_Sense);
     return *this;
   }
   KvGeLine2d Inverted() const { return KvGeLine2d(*this).Invert(); }
@@ -165,7 +168,7 @@ class KVGE_API KvGeLine23d : public KvGeDetail::LineBase<KvGePoint3d, KvGeBox3d>
 
   KvGeLine23d& Invert() {
     SwapEnds();
-    m_Sense = -m_Sense;
+    m_Sense = NegatedSense(m_Sense);
     return *this;
   }
   KvGeLine23d Inverted() const { return KvGeLine23d(*this).Invert(); }

@@ -4,8 +4,9 @@
 //
 // A new calculator holds the two sentinels kNegInfinity and kPosInfinity, so every order begins
 // and ends with them and the parts cover the whole object. Sorting builds a permutation of the
-// records (quicksort, middle entry as pivot above 8 entries, exchange sort below; not stable).
-// Cutting walks the sorted records and sums the crossing counts with respect to the other
+// records (quicksort, middle entry as pivot above 8 entries, exchange sort below, heap sort for
+// a range split too deeply, so never quadratic; not stable). Cutting walks the n records in the
+// order held (n - 1 parts) and sums the crossing counts with respect to the other
 // object (the crossover is deliberate: walking along object 0 counts how it crosses object 1,
 // CutCode1). A part whose end parameters are equal within 0.001 has type 0 (no length; segment
 // indices are not compared); otherwise the running count s gives +1 (inside) when s <= -2, 0
@@ -139,12 +140,18 @@ class IntrCalculatorBase : public Records {
     perm.Sort(CO(static_cast<const typename CO::Calculator&>(*this), object));
   }
 
+  // One part per neighbouring pair of the n records, walked through the order the permutation
+  // holds. A cut may run alone after records were added or removed since the last sort (or
+  // before any sort): positions and entries beyond the permutation or the records then clamp
+  // to the last, but the number of parts always follows the records.
   void Cut(const KvTlPermVector& perm, KvBtDynArray<Part>& parts, int object) {
-    const int n = perm.GetSize() < 2 ? 0 : perm.GetSize() - 1;
+    const int records = this->GetSize();
+    const int n = records < 2 ? 0 : records - 1;
     // Reuses the storage of the previous cut; grows once when more parts are needed.
     parts.RemoveAt(0, parts.GetSize());
     parts.SetSize(n);
-    int s = 0;
+    // 64 bits hold the sum of up to 2^31 counts of any int size, so the count never overflows.
+    long long s = 0;
     for (int i = 0; i < n; ++i) {
       const R& p = Record(perm, static_cast<unsigned>(i));
       const R& q = Record(perm, static_cast<unsigned>(i + 1));

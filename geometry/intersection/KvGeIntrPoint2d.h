@@ -6,8 +6,9 @@
 //
 // Records are ordered along an object by segment index (unsigned), then by parameter with the
 // fixed tolerance 0.001: parameters no more than 0.001 apart on one segment compare equal.
-// kNegInfinity (segment 0, parameter -1e9) sorts before and kPosInfinity (segment 0x7FFFFFFF,
-// parameter 1e9) after every real record. operator== and != of records and parts always answer
+// A NaN parameter sorts after every number on the same segment. kNegInfinity (segment 0,
+// parameter -1e9) sorts before and kPosInfinity (segment 0x7FFFFFFF, parameter 1e9) after every
+// real record. operator== and != of records and parts always answer
 // 0, deliberately: they exist so that the array templates can hold records, which are compared
 // only through Compare0 and Compare1.
 //
@@ -15,6 +16,8 @@
 // (+1 inside, 0 on the boundary, -1 outside). Its tests take a closed flag: a part whose ends
 // compare equal is empty when open and not empty when closed.
 
+#include <climits>
+#include <cmath>
 #include <cstdint>
 #include <iosfwd>
 
@@ -67,9 +70,10 @@ class IntrPointBase : public P {
 
   // The crossing count with respect to object 0: CrossSense at a segment end, twice CrossSense
   // inside a segment, so that a crossing at a shared vertex, reported by both neighbouring
-  // segments, adds up to the same count.
-  int CutCode0() const { return m_EndCode0 != 0 ? m_CrossSense : 2 * m_CrossSense; }
-  int CutCode1() const { return m_EndCode1 != 0 ? m_CrossSense : 2 * m_CrossSense; }
+  // segments, adds up to the same count. A sense of 2^30 or more in size doubles to the end of
+  // the int range (INT_MAX or INT_MIN) instead of overflowing.
+  int CutCode0() const { return m_EndCode0 != 0 ? m_CrossSense : Doubled(m_CrossSense); }
+  int CutCode1() const { return m_EndCode1 != 0 ? m_CrossSense : Doubled(m_CrossSense); }
 
   // -1, 0 or 1 along object 0: by segment index, then by parameter within 0.001.
   int Compare0(const R& o) const { return Order(m_Segment0, m_Param0, o.m_Segment0, o.m_Param0); }
@@ -84,12 +88,22 @@ class IntrPointBase : public P {
   friend int operator!=(const R& a, const R& b) { return static_cast<const IntrPointBase&>(a).operator!=(b); }
 
  private:
+  // A NaN parameter sorts after every number on its segment and equal to another NaN, so that
+  // the order stays total; the tolerant comparison alone would call NaN equal to everything.
   static int Order(std::uint32_t s, double t, std::uint32_t os, double ot) {
     if (s < os) return -1;
     if (s > os) return 1;
-    return KvBtRealCompare(t, ot, kKvGeLinearTol);
+    const int c = KvBtRealCompare(t, ot, kKvGeLinearTol);
+    if (c != 0) return c;
+    const bool nan = std::isnan(t), otherNan = std::isnan(ot);
+    return nan == otherNan ? 0 : (nan ? 1 : -1);
   }
   R& Self() { return static_cast<R&>(*this); }
+  static int Doubled(int v) {
+    if (v > INT_MAX / 2) return INT_MAX;
+    if (v < INT_MIN / 2) return INT_MIN;
+    return 2 * v;
+  }
 
   int m_CrossSense = 0;
   int m_EndCode0 = 0;

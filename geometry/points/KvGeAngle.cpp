@@ -38,24 +38,35 @@ KvGeAngle& KvGeAngle::ArcCot(double x) {
   return *this;
 }
 
+namespace {
+// How many spans from lower an angle may lie and still be normalised by literal stepping.
+constexpr double kMaxStepSpans = 16777216.0;
+}  // namespace
+
 KvGeAngle& KvGeAngle::Normalize(const KvGeAngle& upper, const KvGeAngle& lower, int lowerIncluded) {
   const KvGeAngle span = upper - lower;
   if (!(span > KvGeAngle_Deg0())) {
     m_Rad = lowerIncluded ? lower.m_Rad : upper.m_Rad;
     return *this;
   }
+  // The entry tests of the two loops: an angle already in the range takes no step and comes
+  // back as it is, also when a bound is infinite.
+  const bool outside = lowerIncluded ? (*this < lower || *this >= upper) : (*this > upper || *this <= lower);
+  if (!outside) return *this;
+  // Outside, an infinite bound leaves no whole number of spans to step by, and a NaN or
+  // infinite angle would step for ever.
   if (!std::isfinite(m_Rad) || !std::isfinite(span.m_Rad)) {
     m_Rad = std::nan("");
     return *this;
   }
-  // Far outside the range, a remainder brings the angle near it first, so that the loops below
-  // take a few steps whatever the magnitude. The step limit is a last guard for bounds so large
-  // that adding the span no longer changes the angle.
-  constexpr double kMaxSpans = 4096.0;
-  constexpr int kMaxSteps = 2 * 4096 + 16;
-  const double offset = m_Rad - lower.m_Rad;
-  if (std::fabs(offset) > kMaxSpans * span.m_Rad) m_Rad = lower.m_Rad + std::fmod(offset, span.m_Rad);
-  int steps = 0;
+  // Up to kMaxStepSpans spans from lower the loops step literally. Farther out the remainders
+  // of the angle and of lower bring the angle within two spans of lower first (they cannot
+  // overflow, unlike the difference of two huge values). The step limit is a last guard for
+  // spans so small against the angle that adding one no longer moves it.
+  if (std::fabs(m_Rad - lower.m_Rad) / span.m_Rad > kMaxStepSpans)
+    m_Rad = lower.m_Rad + (std::fmod(m_Rad, span.m_Rad) - std::fmod(lower.m_Rad, span.m_Rad));
+  constexpr long kMaxSteps = 2 * static_cast<long>(kMaxStepSpans) + 64;
+  long steps = 0;
   if (lowerIncluded) {
     while (*this < lower && ++steps < kMaxSteps) *this += span;
     while (*this >= upper && ++steps < kMaxSteps) *this -= span;

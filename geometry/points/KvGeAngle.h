@@ -132,10 +132,14 @@ class KVGE_API KvGeAngle {
   // lower included when lowerIncluded is non-zero, else upper included (bounds tested in the
   // 1e-6 band, see above). A span that is not positive sets the angle to the included bound.
   //
-  // The stepwise result is kept for angles up to 4096 spans outside the range; an angle farther
-  // out is first brought near the range with a floating-point remainder, so that a huge angle
-  // (one to which adding a span changes nothing) does not hang the caller. A NaN or infinite
-  // angle, or a range with an infinite bound, gives NaN: there is no direction to keep.
+  // An angle already in the range comes back unchanged, also when a bound is infinite. The
+  // loops step one span at a time for every angle up to 2^24 (16,777,216) spans from lower, so
+  // any angle up to about 1e8 radians normalised into a full turn gets the stepwise result. An
+  // angle farther out is first brought within two spans of lower with floating-point
+  // remainders, so that a huge angle (one to which adding a span changes nothing) does not hang
+  // the caller; its result differs from endless stepping by the rounding that stepping would
+  // have accumulated. Outside the range, a NaN or infinite angle, or a range with an infinite
+  // bound, gives NaN: there is no whole number of spans to step by.
   KvGeAngle& Normalize(const KvGeAngle& upper, const KvGeAngle& lower, int lowerIncluded);
   KvGeAngle Normalized(const KvGeAngle& upper, const KvGeAngle& lower, int lowerIncluded) const {
     return KvGeAngle(*this).Normalize(upper, lower, lowerIncluded);

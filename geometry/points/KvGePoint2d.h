@@ -5,8 +5,9 @@
 // under + and -, loses under & and wins under |. Equality is a distance of at most 0.001
 // (squared distance <= 1e-6) between points of the same kind.
 //
-// A component index beyond 1 refers to the shared static m_vDummy: a write through a bad index
-// lands there, visible to every point, and corrupts no point.
+// A component index beyond 1 refers to the shared static m_vDummy, also in the const access,
+// which reads its value: a write through a bad index lands there, is what any point then reads
+// through a bad index, and corrupts no point.
 
 #include <iosfwd>
 

@@ -41,7 +41,7 @@ class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
   KvGePoint2dArray(const KvGePoint2dArray&) = default;
   KvGePoint2dArray(KvGePoint2dArray&&) noexcept = default;
   KvGePoint2dArray& operator=(const KvGePoint2dArray&) = default;
-  KvGePoint2dArray& operator=(KvGePoint2dArray&&) noexcept = default;
+  KvGePoint2dArray& operator=(KvGePoint2dArray&&) = default;
   ~KvGePoint2dArray() override;
 
   // 0.5 * sum of (y(i) + y(i+1)) (x(i) - x(i+1)); 0 for an empty array.
@@ -90,7 +90,7 @@ class KVGE_API KvGePoint3dArray : public KvBtDynArray<KvGePoint3d> {
   KvGePoint3dArray(const KvGePoint3dArray&) = default;
   KvGePoint3dArray(KvGePoint3dArray&&) noexcept = default;
   KvGePoint3dArray& operator=(const KvGePoint3dArray&) = default;
-  KvGePoint3dArray& operator=(KvGePoint3dArray&&) noexcept = default;
+  KvGePoint3dArray& operator=(KvGePoint3dArray&&) = default;
   ~KvGePoint3dArray() override;
 
   double Area2d() const;

@@ -79,13 +79,11 @@ double DotProduct3d(const KvGePoint3d& a, const KvGePoint3d& b) { return a * b; 
 
 int Clip2d(KvGePoint3d& p1, KvGePoint3d& p2, const KvGePoint3d& min, const KvGePoint3d& max) {
   KvGePoint2d q1 = p1.Point2d(), q2 = p2.Point2d();
-  bool exchanged = false;
-  if (!KvGeDetail::ClipToBox<KvGePoint2d, 2>(q1, q2, min.Point2d(), max.Point2d(), &exchanged)) return 0;
-  // Each end keeps its own height, also when the clip exchanged the ends.
-  const double z1 = exchanged ? p2.z : p1.z;
-  const double z2 = exchanged ? p1.z : p2.z;
-  p1.Set(q1, z1);
-  p2.Set(q2, z2);
+  if (!KvGeDetail::ClipToBox<KvGePoint2d, 2>(q1, q2, min.Point2d(), max.Point2d())) return 0;
+  // The plan result is written back by position: p1 keeps its z also when the plane clip
+  // exchanged the ends, so the heights do not travel with the exchanged ends.
+  p1.Set(q1, p1.z);
+  p2.Set(q2, p2.z);
   return 1;
 }
 

@@ -2,7 +2,8 @@
 // KvGePoint3d: the space point, and the coordinate type of every plan (23d) object. It has the
 // members of KvGePoint2d with a third coordinate and the same flag rules (see KvGePointBase.h);
 // Point2d() always returns an ordinary plan point, and the plan functions (Distance2d, Clip2d,
-// Project2d, Between2d, the direction tests) look at x and y only.
+// Project2d, Between2d, the direction tests) look at x and y only. A component index beyond 2
+// refers to the shared static m_vDummy, as in KvGePoint2d (the const access reads its value).
 //
 // KvGePoint23d adds a height: the point stands for the vertical range z .. z + height. Setting z
 // keeps the top where it was.
@@ -139,7 +140,8 @@ KVGE_API double DotProduct3d(const KvGePoint3d& a, const KvGePoint3d& b);
 
 // Clips in plan: the ends and the corners as ordinary plan points run through the plane Clip2d;
 // on success x, y and the flag of each end are written back and each end keeps its own z (an end
-// moved onto an edge keeps its old height). On 0 the ends are not touched.
+// moved onto an edge keeps its old height; when the plan clip exchanged the ends, p1 gets the
+// plan position that came back first and still its own z). On 0 the ends are not touched.
 KVGE_API int Clip2d(KvGePoint3d& p1, KvGePoint3d& p2, const KvGePoint3d& min, const KvGePoint3d& max);
 // Cohen-Sutherland in space against the box, tolerance 0.001; the ends may come back exchanged.
 KVGE_API int Clip3d(KvGePoint3d& p1, KvGePoint3d& p2, const KvGePoint3d& min, const KvGePoint3d& max);

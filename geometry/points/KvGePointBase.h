@@ -28,8 +28,8 @@
 namespace KvGeDetail {
 
 template <unsigned N, class P>
-class PointBase : public CoordBase<N, P> {
-  using Base = CoordBase<N, P>;
+class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
+  using Base = CoordBase<N, P, BadIndexRead::kDummy>;
 
  public:
   template <class... C>
@@ -154,11 +154,9 @@ int BetweenOnSegment(const P& a, const P& b, const P& p) {
 // region code, step(p1, p2, c1) moves p1 onto the first boundary that c1 names. The segment is
 // rejected (0) when both codes share a bit and accepted (1) when both are 0; when only p2 is
 // outside the ends are exchanged and stay so: the caller gets the segment, not its orientation.
-// exchanged, when given, tells whether they come back exchanged. A bounded number of passes
-// guards against coordinates that are not finite.
+// A bounded number of passes guards against coordinates that are not finite.
 template <class P, class Code, class Step>
-int CohenSutherland(P& p1, P& p2, Code code, Step step, bool* exchanged = nullptr) {
-  if (exchanged) *exchanged = false;
+int CohenSutherland(P& p1, P& p2, Code code, Step step) {
   for (int pass = 0; pass < 64; ++pass) {
     int c1 = code(p1);
     const int c2 = code(p2);
@@ -169,7 +167,6 @@ int CohenSutherland(P& p1, P& p2, Code code, Step step, bool* exchanged = nullpt
       p1 = p2;
       p2 = t;
       c1 = c2;
-      if (exchanged) *exchanged = !*exchanged;
     }
     step(p1, p2, c1);
   }
@@ -181,7 +178,7 @@ int CohenSutherland(P& p1, P& p2, Code code, Step step, bool* exchanged = nullpt
 // y += (y2 - y1) (X - x1) / (x2 - x1); the space form through the parameter
 // t = (X - x1) / (x2 - x1).
 template <class P, unsigned N>
-int ClipToBox(P& p1, P& p2, const P& min, const P& max, bool* exchanged = nullptr) {
+int ClipToBox(P& p1, P& p2, const P& min, const P& max) {
   const auto code = [&](const P& p) { return p.OutCode(min, max, kKvGeLinearTol); };
   const auto step = [&](P& a, const P& b, int c) {
     for (unsigned k = 0; k < N; ++k) {
@@ -204,7 +201,7 @@ int ClipToBox(P& p1, P& p2, const P& min, const P& max, bool* exchanged = nullpt
       return;
     }
   };
-  return CohenSutherland(p1, p2, code, step, exchanged);
+  return CohenSutherland(p1, p2, code, step);
 }
 
 }  // namespace KvGeDetail

@@ -12,6 +12,20 @@
 // - KvGePolygon3d: a ring of 3D points.
 // - KvGePolygon2dArray: a polygon set (one region of several rings, inner rings as holes) with a
 //   further 32-bit value that every copy carries along.
+//
+// Region operations of the set (union, intersection, difference, Normalize, Schwerpunkt) read
+// the rings by their crossing senses, as the point containment does: a point is inside where
+// the counter-clockwise rings around it outnumber the clockwise ones (winding number >= 1), so
+// a clockwise ring inside a counter-clockwise one is a hole and a clockwise ring on its own
+// encloses nothing. They compute on integers: coordinates are rounded to kKvGeRegionScale units
+// per drawing unit (a grid of 1e-6), and every coordinate must lie within +-kKvGeRegionRange
+// (1e9) drawing units, bounds included. A coordinate beyond that range or not finite makes the
+// operation fail: the set is left as it was. The flag of a point at infinity is not looked at.
+//
+// Their results are normalised: outer rings counter-clockwise, each followed by its holes
+// clockwise; no ring crosses itself or another; no two consecutive vertices lie within 0.001;
+// no vertex lies within 0.001 of the line through its neighbours; no ring has an area below
+// 1e-6. Rings may touch at single vertices.
 
 #include <cstdint>
 #include <initializer_list>
@@ -24,6 +38,12 @@
 
 class KvGeModMat2d;
 class KvGeModMat3d;
+
+/// Integer units per drawing unit in the region operations of polygon sets, offsets and loop
+/// removal.
+constexpr double kKvGeRegionScale = 1e6;
+/// The largest absolute coordinate (inclusive) that region operations accept, in drawing units.
+constexpr double kKvGeRegionRange = 1e9;
 
 class KVGE_API KvGePolygon3d : public KvGePoint3dArray {
  public:
@@ -148,7 +168,46 @@ class KVGE_API KvGePolygon2dArray : public KvBtDynArray<KvGePolygon2d> {
   // clockwise. 0 for an empty set.
   double Area() const;
 
+  /// Union. An empty other set changes nothing; an empty set becomes a copy of the other one,
+  /// its further value included; otherwise the normalised union, keeping this set's further
+  /// value. Out-of-range coordinates leave the set unchanged.
+  KvGePolygon2dArray& operator|=(const KvGePolygon2dArray& other);
+  /// Intersection. An empty other set empties this one; an empty set stays empty; otherwise the
+  /// normalised intersection. Out-of-range coordinates leave the set unchanged.
+  KvGePolygon2dArray& operator&=(const KvGePolygon2dArray& other);
+  /// Difference, as the intersection with the complement of the other set. Deliberately, an
+  /// empty other set has an empty complement and so empties this set.
+  KvGePolygon2dArray& operator-=(const KvGePolygon2dArray& other);
+  KvGePolygon2dArray operator|(const KvGePolygon2dArray& other) const { return KvGePolygon2dArray(*this) |= other; }
+  KvGePolygon2dArray operator&(const KvGePolygon2dArray& other) const { return KvGePolygon2dArray(*this) &= other; }
+  KvGePolygon2dArray operator-(const KvGePolygon2dArray& other) const { return KvGePolygon2dArray(*this) -= other; }
+
+  /// Rewrites the rings into the normalised form of the region they enclose (self-crossings
+  /// resolved, overlaps merged, clockwise rings on their own dropped). 1 on success; 0 when a
+  /// coordinate is out of range, the set then unchanged. The further value is kept.
+  int Normalize();
+  KvGePolygon2dArray Normalized() const {
+    KvGePolygon2dArray copy(*this);
+    copy.Normalize();
+    return copy;
+  }
+  /// The centre of area of the region (holes subtracted, overlaps counted once); (0, 0) when
+  /// the region has no area. A set beyond the coordinate range is taken ring by ring with
+  /// the signed areas as they run.
+  KvGePoint2d Schwerpunkt() const;
+  /// The box of all vertices of all rings; the empty box for a set without vertices.
+  KvGeBox2d BoundingBox() const;
+  KvGeBox2d BoundingBox(const KvGeModMat2d& m) const;
+
  private:
+  // mode 1 unites, mode 2 intersects; 1 on success, 0 (set unchanged) on failure.
+  KVGE_NO_EXPORT int VereinigeOderDurchschnitt(const KvGePolygon2dArray& other, int mode);
+  // The complement: every ring reversed, after a counter-clockwise frame ring along the bounds
+  // of the coordinate range, so that it is a bounded set under the same counting rule. An empty
+  // set stays empty.
+  KVGE_NO_EXPORT KvGePolygon2dArray& Negate();
+  KvGePolygon2dArray operator-() const { return KvGePolygon2dArray(*this).Negate(); }
+
   std::int32_t m_Tag = 0;
 };
 

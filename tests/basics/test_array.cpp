@@ -148,6 +148,17 @@ TEST(Array, CopyAppendAndFreeExtra) {
   EXPECT_EQ(c.GetCapacity(), 4);
   c.RemoveAll();
   EXPECT_EQ(c.GetCapacity(), 0);
+  // Assigning a temporary copies too: the growth step stays, and so does large enough storage.
+  c.SetSize(1, 100);
+  c = Make({1, 2, 3});
+  EXPECT_EQ(c.GetCapacity(), 101);
+  const Counted* storage = c.GetData();
+  c = Make({4, 5});
+  EXPECT_EQ(c.GetData(), storage);
+  EXPECT_EQ(Values(c), (std::vector<int>{4, 5}));
+  c.SetSize(102);
+  EXPECT_EQ(c.GetCapacity(), 201);
+  c.RemoveAll();
 
   Array moved(std::move(b));
   EXPECT_EQ(moved.GetSize(), 3);

@@ -69,10 +69,13 @@ TYPED_TEST(VectorFamily, BadIndexReadsZeroAndWritesNowhere) {
   const unsigned n = v.Dim();
   v.Element(n) = 99.0;
   v(n + 5) = 98.0;
-  for (unsigned i = 0; i < n; ++i) EXPECT_EQ(v(i), before(i));
+  v[n] = 97.0;
+  for (unsigned i = 0; i < n; ++i) EXPECT_EQ(v[i], before(i));
   const V& cv = v;
   EXPECT_EQ(cv.Element(n), 0.0);
   EXPECT_EQ(cv(1000), 0.0);
+  EXPECT_EQ(cv[n], 0.0);
+  EXPECT_EQ(cv[~0u], 0.0);
 }
 
 TEST(Vector, FamilyMembers) {

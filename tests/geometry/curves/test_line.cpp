@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <climits>
+
 #include "geometry/algebra/KvGeModMat.h"
 #include "geometry/curves/KvGeLine2d.h"
 
@@ -52,6 +54,18 @@ TEST(Line, OrientationBoxesAndTransforms) {
   EXPECT_EQ(plan.Transformed(KvGeModMat3d().SetScale(2, 2, 2)).Height(), 2.0);
   EXPECT_TRUE(KvGeLine3d(Q(0, 0, 0), Q(1, 2, 3)).BoundingBox(KvGeModMat3d().SetScale(-1, 1, 1)) ==
               KvGeBox3d(Q(-1, 0, 0), Q(0, 2, 3)));
+}
+
+// INT_MIN has no negative in an int: inverting such a sense saturates instead of overflowing.
+TEST(Line, InvertOfIntMinSenseSaturates) {
+  const KvGeLine2d l(P(0, 0), P(1, 0), 1, INT_MIN);
+  EXPECT_EQ(l.Inverted().Sense(), INT_MAX);
+  EXPECT_EQ(l.Orientated(1).Sense(), INT_MAX);
+  EXPECT_EQ(l.Orientated(1).Inverted().Sense(), -INT_MAX);
+  const KvGeLine23d plan(Q(0, 0, 0), Q(1, 0, 0), 1, 0.0, INT_MIN);
+  EXPECT_EQ(plan.Inverted().Sense(), INT_MAX);
+  EXPECT_EQ(plan.Orientated(-1).Sense(), INT_MAX);
+  EXPECT_EQ(KvGeLine2d(P(0, 0), P(1, 0), 1, INT_MAX).Inverted().Sense(), -INT_MAX);
 }
 
 TEST(Line, TrimAndMoveInSpace) {

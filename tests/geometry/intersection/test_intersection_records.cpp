@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <climits>
+#include <cmath>
+
 #include "geometry/intersection/KvGeIntrCalculator2d.h"
 #include "geometry/intersection/KvGeIntrPoint2d.h"
 
@@ -141,6 +144,59 @@ TEST(IntrCalculator, SortsAlongBothObjectsAndClamps) {
   // Records added after sorting: the stale permutation still reads only existing records.
   assigned.SetSize(3);
   EXPECT_EQ(assigned.Element0(40).Info(), assigned.GetAt(2).Info());
+}
+
+TEST(IntrCalculator, CutAloneGivesOnePartPerPairOfRecords) {
+  KvGeIntrCalculator2d calc;
+  calc.Add(Rec(0, 0.3, -1, 0));
+  calc.CalculateParts0();  // never sorted
+  EXPECT_EQ(calc.GetSize0(), 2);
+  calc.Calculate0();
+  calc.Add(Rec(0, 0.7, 1, 0));
+  calc.CalculateParts0();  // one record more than the order holds: read as the last in order
+  ASSERT_EQ(calc.GetSize0(), 3);
+  EXPECT_EQ(calc.Part0(1).Type(), 1);
+  EXPECT_EQ(calc.Part0(2).Type(), 0);
+  calc.RemoveAt(2, 2);
+  calc.CalculateParts0();  // two fewer
+  ASSERT_EQ(calc.GetSize0(), 1);
+  EXPECT_EQ(calc.Part0(0).Max().Param0(), 1e9);
+}
+
+// A crossing sense of 2^30 or beyond doubles to the end of the int range, and the running count
+// of many such records does not overflow.
+TEST(IntrCalculator, CrossSenseOf2To30DoesNotOverflow) {
+  const R big(KvGePoint2d(0, 0), 0x40000000, 0, 0, .5, .5, 0, 0, 0);
+  EXPECT_EQ(big.CutCode0(), INT_MAX);
+  EXPECT_EQ(Rec(0, 0.5, INT_MIN, 0).CutCode1(), INT_MIN);
+  EXPECT_EQ(Rec(0, 0.5, 0x3FFFFFFF, 0).CutCode1(), 0x7FFFFFFE);  // still exact below 2^30
+  EXPECT_EQ(Rec(0, 0.5, -0x40000000, 0).CutCode1(), INT_MIN);
+  KvGeIntrCalculator2d calc;
+  calc.Add(big);
+  calc.Calculate();
+  EXPECT_EQ(calc.Part0(1).Type(), -1);
+  calc.RemoveAt(2);
+  for (int i = 1; i <= 3; ++i) calc.Add(Rec(0, 0.1 * i, INT_MIN, 1));  // a sum far below INT_MIN
+  calc.Calculate();
+  ASSERT_EQ(calc.GetSize0(), 4);
+  for (int i = 1; i < 4; ++i) EXPECT_EQ(calc.Part0(i).Type(), 1) << i;
+}
+
+// NaN compared equal to every parameter, so 0.5, NaN, 0.2 passed for sorted.
+TEST(IntrCalculator, NaNParameterSortsAfterEveryNumber) {
+  const double nan = std::nan("");
+  EXPECT_EQ(Rec(0, nan).Compare0(Rec(0, 1e300)), 1);
+  EXPECT_EQ(Rec(0, -1e300).Compare0(Rec(0, nan)), -1);
+  EXPECT_EQ(Rec(0, nan).Compare1(Rec(0, nan)), 0);
+  EXPECT_EQ(Rec(0, nan).Compare0(Rec(1, 0)), -1);  // the segment still comes first
+  KvGeIntrCalculator2d calc;
+  for (double t : {0.5, nan, 0.2, nan, 0.9}) calc.Add(Rec(0, t));
+  calc.SortIntrPoints0();
+  const double want[] = {-1e9, 0.2, 0.5, 0.9};
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(calc.Element0(i).Param0(), want[i]) << i;
+  EXPECT_TRUE(std::isnan(calc.Element0(4).Param0()));
+  EXPECT_TRUE(std::isnan(calc.Element0(5).Param0()));
+  EXPECT_EQ(calc.Element0(6).Param0(), 1e9);
 }
 
 TEST(IntrCalculator, SpaceRecordsInPlan) {

@@ -18,6 +18,10 @@ std::string Text(const T& v) {
 TEST(Output, ReadableFormsOfTheValueTypes) {
   KvGeLine2d reversed(KvGePoint2d(0, 0), KvGePoint2d(3, 4));
   reversed.Sense() = -1;
+  boost::shared_ptr<Simple2dPolygonData> block(new Simple2dPolygonData(2));
+  double* g = block->getGeo();
+  g[0] = 1, g[1] = 2, g[2] = 3, g[3] = 4;
+  KvTlFunktion2d step(5.0);
   KvGeIntrPoint2d record;
   record.x = 1;
   record.y = 2;
@@ -27,6 +31,7 @@ TEST(Output, ReadableFormsOfTheValueTypes) {
       {Text(KvGePoint2d(1.5, -2)), "POINT (1.5 -2)"},
       {Text(KvGePoint2d(1, 0, 1)), "DIRECTION (1 0)"},
       {Text(KvGePoint3d(1, 2, 3)), "POINT Z (1 2 3)"},
+      {Text(KvGePoint2d(-0.0, 1)), "POINT (0 1)"},
       {Text(KvGeVector3(1, 2, 3)), "(1, 2, 3)"},
       {Text(KvGeMatrix2X2(1, 2, 3, 4)), "[[1, 2], [3, 4]]"},
       {Text(KvGeAngle().SetDeg(30)), "30 deg"},
@@ -41,6 +46,12 @@ TEST(Output, ReadableFormsOfTheValueTypes) {
       {Text(KvGePolyline2d{{0, 0}, {1, 1}}), "LINESTRING (0 0, 1 1)"},
       {Text(KvGePoint3dArray{{0, 0, 1}}), "MULTIPOINT Z ((0 0 1))"},
       {Text(KvGePoint2dArray()), "MULTIPOINT EMPTY"},
+      {Text(KvGeCircle2d(KvGePoint2d(1, 2), 3, -1)), "CIRCLE (1 2, 3) sense -1"},
+      {Text(KvGeArc23d(KvGePoint3d(1, 2, 3), 4, KvGeAngle_Deg90(), KvGeAngle_Deg0())),
+       "ARC Z (1 2 3, 4, 90 deg, 0 deg)"},
+      {Text(step), "FUNCTION ((-1e+09 5, 1e+09 5))"},
+      {Text(Simple2dPolygon(block)), "POLYGON ((1 2, 3 4, 1 2))"},
+      {Text(Simple2dPolygon()), "POLYGON EMPTY"},
       {Text(record), "INTERSECTION (1 2) sense 0 ends 0 0 params 0 0 segments 0 0 info 0"},
   };
   for (const auto& row : rows) EXPECT_EQ(row.got, row.expected);

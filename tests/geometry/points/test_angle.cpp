@@ -79,6 +79,7 @@ TEST(Angle, ComparisonsUseTheRawBand) {
 }
 
 TEST(Angle, NormalizeStepsWithTolerantBounds) {
+  const KvGeAngle inf(std::numeric_limits<double>::infinity()), negInf(-inf.Rad());
   struct Row {
     double angle;
     const KvGeAngle& upper;
@@ -98,6 +99,10 @@ TEST(Angle, NormalizeStepsWithTolerantBounds) {
       {1.0, k0, k0, 0, 0.0},
       {1.0, KvGeAngle(2.0), KvGeAngle(3.0), 0, 2.0},
       {-1000 * kPi, k360, k0, 1, 0.0},
+      {1.0, inf, k0, 1, 1.0},  // already inside a range with an infinite bound: no step
+      {1.0, inf, k0, 0, 1.0},
+      {-1.0, k0, negInf, 1, -1.0},
+      {-1.0, k0, negInf, 0, -1.0},
   };
   for (const Row& r : rows) {
     SCOPED_TRACE(testing::Message() << r.angle << " in " << r.lower.Rad() << ".." << r.upper.Rad() << " "
@@ -106,26 +111,33 @@ TEST(Angle, NormalizeStepsWithTolerantBounds) {
   }
 }
 
-TEST(Angle, NormalizeTerminatesOnHugeAndNonFiniteAngles) {
-  // A few thousand turns out the stepwise result is kept: compare with the plain loop.
-  const double far = 3000 * 2 * kPi + 1.0;
-  double stepwise = far;
-  while (stepwise >= 2 * kPi - 1e-6) stepwise -= 2 * kPi;
-  EXPECT_EQ(KvGeAngle(far).Normalized(k360, k0, 1).Rad(), stepwise);
-  // Beyond, the answer is the remainder: in range, and near the exact value where it is known.
-  for (double huge : {1e7 + 0.5, -1e9, 1e20, -1e300, std::numeric_limits<double>::max()}) {
+TEST(Angle, NormalizeStepsUpTo2To24SpansAndTerminatesBeyond) {
+  // The stated loop into [0, 2 pi), one span at a time.
+  const auto stepwise = [](double a) {
+    while (!(2 * kPi - 1e-6 > a)) a -= 2 * kPi;
+    return a;
+  };
+  // 1e7 is where a remainder would already be 1.5e-4 off; 2^24 - 1 spans is the last stepped.
+  for (double spans : {1e7 / (2 * kPi), 16777215.0}) {
+    const double a = spans * 2 * kPi + 0.5;
+    SCOPED_TRACE(a);
+    EXPECT_EQ(KvGeAngle(a).Normalized(k360, k0, 1).Rad(), stepwise(a));
+  }
+  // Beyond 2^24 spans the documented remainder: in range, and near the exact value.
+  const double beyond = 16777217.0 * 2 * kPi + 0.5;
+  EXPECT_EQ(KvGeAngle(beyond).Normalized(k360, k0, 1).Rad(), std::fmod(beyond, 2 * kPi));
+  for (double huge : {-1e9, 1e20, -1e300, std::numeric_limits<double>::max()}) {
     SCOPED_TRACE(huge);
     const double r = KvGeAngle(huge).Normalized(k360, k0, 1).Rad();
     EXPECT_GE(r, -1e-6);
     EXPECT_LT(r, 2 * kPi);
   }
-  EXPECT_NEAR(KvGeAngle(1e7 + 0.5).Normalized(k360, k0, 1).Rad(), std::fmod(1e7 + 0.5, 2 * kPi), 1e-6);
   const double inf = std::numeric_limits<double>::infinity();
   EXPECT_TRUE(std::isnan(KvGeAngle(inf).Normalized(k360, k0, 1).Rad()));
   EXPECT_TRUE(std::isnan(KvGeAngle(-inf).Normalized(k360, k0, 0).Rad()));
   EXPECT_TRUE(std::isnan(KvGeAngle(std::nan("")).Normalized(k360, k0, 1).Rad()));
-  EXPECT_TRUE(std::isnan(KvGeAngle(1.0).Normalized(KvGeAngle(inf), k0, 1).Rad()));
-  EXPECT_EQ(KvGeAngle(1.0).Normalized(KvGeAngle(std::nan("")), k0, 1).Rad(), 0.0);  // a NaN span is not positive
+  EXPECT_TRUE(std::isnan(KvGeAngle(-1.0).Normalized(KvGeAngle(inf), k0, 1).Rad()));  // outside, infinite span
+  EXPECT_EQ(KvGeAngle(1.0).Normalized(KvGeAngle(std::nan("")), k0, 1).Rad(), 0.0);   // a NaN span is not positive
   // Bounds so large that a span of 1 is below their precision end after the step limit.
   const double r = KvGeAngle(0.0).Normalized(KvGeAngle(1e17 + 16), KvGeAngle(1e17), 1).Rad();
   EXPECT_TRUE(std::isfinite(r));

@@ -2,6 +2,7 @@
 
 #include "geometry/algebra/KvGeModMat.h"
 #include "geometry/points/KvGePoint2d.h"
+#include "geometry/points/KvGePoint3d.h"
 
 namespace {
 using P = KvGePoint2d;
@@ -35,30 +36,18 @@ TEST(Point2d, FlagTable) {
     int infinite;
   };
   const Row rows[] = {
-      {"o + o", o + o2, 4, -1, 0}, {"i + i", i + i2, 2, 6, 1},  {"o + i", o + i, 0, 1, 1},  {"i + o", i + o, 0, 1, 1},
-      {"o - i", o - i, 0, -1, 1},  {"i - o", i - o, 0, 1, 1},   {"i - i", i2 - i, 2, 4, 1}, {"o & i", o & i, 1, 1, 0},
-      {"i & o", i & o, 1, 1, 0},   {"o | i", o | i, 0, 1, 1},   {"i | o", i | o, 0, 1, 1},  {"o & o", o & o2, 1, -2, 0},
-      {"i | i", i | i2, 2, 5, 1},  {"2 * i", 2.0 * i, 0, 2, 1}, {"-i", -i, 0, -1, 1},
+      {"o + o", o + o2, 4, -1, 0},    {"i + i", i + i2, 2, 6, 1},      {"o + i", o + i, 0, 1, 1},
+      {"i + o", i + o, 0, 1, 1},      {"o - i", o - i, 0, -1, 1},      {"i - o", i - o, 0, 1, 1},
+      {"i - i", i2 - i, 2, 4, 1},     {"o & i", o & i, 1, 1, 0},       {"i & o", i & o, 1, 1, 0},
+      {"o | i", o | i, 0, 1, 1},      {"i | o", i | o, 0, 1, 1},       {"o & o", o & o2, 1, -2, 0},
+      {"i | i", i | i2, 2, 5, 1},     {"2 * i", 2.0 * i, 0, 2, 1},     {"-i", -i, 0, -1, 1},
+      {"o += i", P(o) += i, 0, 1, 1}, {"o -= i", P(o) -= i, 0, -1, 1}, {"i -= o", P(i) -= o, 0, 1, 1},
+      {"i &= o", P(i) &= o, 1, 1, 0}, {"i |= o", P(i) |= o, 0, 1, 1},
   };
   for (const Row& r : rows) {
     SCOPED_TRACE(r.what);
     ExpectPoint(r.got, r.x, r.y, r.infinite);
   }
-  P a = o;
-  a += i;
-  ExpectPoint(a, 0, 1, 1);
-  a = o;
-  a -= i;
-  ExpectPoint(a, 0, -1, 1);
-  a = i;
-  a -= o;
-  ExpectPoint(a, 0, 1, 1);
-  a = o;
-  a &= i;
-  ExpectPoint(a, 1, 1, 0);
-  a = i;
-  a |= o;
-  ExpectPoint(a, 0, 1, 1);
   ExpectPoint(Mean(P(0, 0), P(10, 20), 0.25), 7.5, 15, 0);
   ExpectPoint(Mean(P(2, 2), P(10, 20)), 6, 11, 0);
   ExpectPoint(Mean(o, i, 1.0), 0, 0, 1);  // an infinite b absorbs the weighted sum
@@ -85,17 +74,32 @@ TEST(Point2d, ConversionsAndScalars) {
   P m(0, 3, 1);
   EXPECT_EQ(m.Normalize(), 1);
   ExpectPoint(m, 0, 1, 1);
+  EXPECT_EQ(m.Dim(), 2u);
+  ExpectPoint(P::kXAxis + P::kYAxis + P::kOrigin, 1, 1, 0);
 }
 
-TEST(Point2d, SharedDummyElement) {
-  P a(1, 2), b(3, 4);
-  a.Element(5) = 3.0;
-  EXPECT_EQ(b.Element(7), 3.0);  // one writable static shared by all points
-  EXPECT_EQ(P::m_vDummy, 3.0);
-  EXPECT_EQ(static_cast<const P&>(b)(9), 0.0);
-  ExpectPoint(a, 1, 2, 0);
-  EXPECT_EQ(a.Dim(), 2u);
-  ExpectPoint(P::kXAxis + P::kYAxis + P::kOrigin, 1, 1, 0);
+template <class Q>
+class PointFamily : public testing::Test {};
+using PointTypes = testing::Types<KvGePoint2d, KvGePoint3d>;
+TYPED_TEST_SUITE(PointFamily, PointTypes);
+
+// One writable static shared by all points of a class: the const access reads what a write
+// through a bad index left there, and no point changes.
+TYPED_TEST(PointFamily, BadIndexSharesOneDummy) {
+  using Q = TypeParam;
+  Q a(1.0), b(2.0);
+  const Q& cb = b;
+  const unsigned n = a.Dim();
+  a.Element(n) = 3.0;
+  EXPECT_EQ(cb.Element(n + 4), 3.0);
+  EXPECT_EQ(cb(n), 3.0);
+  EXPECT_EQ(cb[1000], 3.0);
+  b[n] = 4.0;
+  EXPECT_EQ(Q::m_vDummy, 4.0);
+  a(n + 1) = 5.0;
+  EXPECT_EQ(cb[n], 5.0);
+  EXPECT_TRUE(a.IsEqualTo(Q(1.0), 0.0));
+  EXPECT_TRUE(b.IsEqualTo(Q(2.0), 0.0));
 }
 
 TEST(Point2d, ClipCohenSutherland) {

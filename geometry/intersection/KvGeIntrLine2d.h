@@ -1,0 +1,194 @@
+#pragma once
+// Where lines cross: two lines, a line and a circle, a line and the edges of a closed point
+// sequence; the parallel of a segment and the piercing point of a line through a plane.
+//
+// Two lines p1 + d1 t and q1 + d2 u (d1 = p2 - p1, d2 = q2 - q1) are crossed as infinite lines
+// first. A line no longer than 0.001 gives no crossing, nor do lines whose directions differ
+// by a sine of at most 1e-6 (parallel or collinear; overlapping collinear segments are not told
+// apart and give no crossing either, even when long). The crossing point is computed with one
+// reciprocal of the cross product c = d1 x d2; its sign is the crossing sense: +1 when the
+// second line crosses the first from its right to its left.
+//
+// Parameters are distances in drawing units from the start point of each line along it. On a
+// bounded line (Segment non-zero) a crossing within 0.001 of an end point (inclusive) lies at
+// that end: end code -1 at the start, +1 at the end, 0 strictly inside; farther outside it is
+// no crossing. An unbounded line has end code 0 everywhere.
+//
+// The "23d" and KvGePoint3d forms work in plan (x and y); their crossing point has z = 0.
+
+#include "basics/UtilityGeometryExport.h"
+#include "geometry/curves/KvGeCircle2d.h"
+#include "geometry/curves/KvGeLine2d.h"
+#include "geometry/intersection/KvGeIntrPoint2d.h"
+#include "geometry/points/KvGePoint2d.h"
+#include "geometry/points/KvGePoint2dArray.h"
+#include "geometry/points/KvGePoint3d.h"
+
+namespace KvGeDetail {
+
+// The first of two lines to be crossed, with what does not depend on the second one, so that a
+// line crossed with many edges measures itself once (the results are the same bit for bit).
+struct FirstLine {
+  FirstLine(double p1x_, double p1y_, double p2x_, double p2y_)
+      : p1x(p1x_),
+        p1y(p1y_),
+        p2x(p2x_),
+        p2y(p2y_),
+        d1x(p2x_ - p1x_),
+        d1y(p2y_ - p1y_),
+        l1(std::sqrt(d1x * d1x + d1y * d1y)),
+        k1(p1x_ * p2y_ - p1y_ * p2x_) {}
+
+  // The crossing with the infinite line through q1 and q2: 0 for a line no longer than 0.001
+  // or a sine of the angle within 1e-6; otherwise 1 with the crossing (sx, sy), the cross
+  // product c and the length l2.
+  int CrossInfinite(double q1x, double q1y, double q2x, double q2y, double& sx, double& sy, double& c,
+                    double& l2) const {
+    const double d2x = q2x - q1x, d2y = q2y - q1y;
+    l2 = std::sqrt(d2x * d2x + d2y * d2y);
+    if (IsEqual(l1, 0.0, kKvGeLinearTol) || IsEqual(l2, 0.0, kKvGeLinearTol)) return 0;
+    c = d1x * d2y - d2x * d1y;
+    if (IsEqual(c / (l1 * l2), 0.0, kKvGeAngularTol)) return 0;
+    const double k2 = q1x * q2y - q1y * q2x;
+    const double f = 1.0 / c;
+    sx = (d1x * k2 - d2x * k1) * f;
+    sy = (d1y * k2 - d2y * k1) * f;
+    return 1;
+  }
+
+  double p1x, p1y, p2x, p2y, d1x, d1y, l1, k1;
+};
+
+inline int CrossInfiniteLines(double p1x, double p1y, double p2x, double p2y, double q1x, double q1y, double q2x,
+                              double q2y, double& sx, double& sy, double& c, double& l1, double& l2) {
+  const FirstLine a(p1x, p1y, p2x, p2y);
+  l1 = a.l1;
+  return a.CrossInfinite(q1x, q1y, q2x, q2y, sx, sy, c, l2);
+}
+
+// Where parameter t lies on a segment of length len: end code 0 strictly inside, -1 at the
+// start, +1 at the end (within 0.001, the start tested first); 0 when it lies outside.
+inline int SegmentEndCode(double t, double len, int& code) {
+  if (KvBtRealCompare(0.0, t, kKvGeLinearTol) < 0 && KvBtRealCompare(t, len, kKvGeLinearTol) < 0)
+    code = 0;
+  else if (KvBtRealCompare(0.0, t, kKvGeLinearTol) == 0)
+    code = -1;
+  else if (KvBtRealCompare(t, len, kKvGeLinearTol) == 0)
+    code = 1;
+  else
+    return 0;
+  return 1;
+}
+
+// The record of the crossing of a (bounded when segA) and b (bounded when segB) in plan
+// coordinates; 0 when there is none.
+struct Crossing {
+  double x, y;
+  int sense, code0, code1;
+  double t0, t1;
+};
+
+inline int CrossLines(const FirstLine& a, int segA, double q1x, double q1y, double q2x, double q2y, int segB,
+                      Crossing& r) {
+  double sx, sy, c, l2;
+  if (!a.CrossInfinite(q1x, q1y, q2x, q2y, sx, sy, c, l2)) return 0;
+  const double t0 = ((sx - a.p1x) * a.d1x + (sy - a.p1y) * a.d1y) / a.l1;
+  const double t1 = ((sx - q1x) * (q2x - q1x) + (sy - q1y) * (q2y - q1y)) / l2;
+  int code0 = 0, code1 = 0;
+  if (segA && !SegmentEndCode(t0, a.l1, code0)) return 0;
+  if (segB && !SegmentEndCode(t1, l2, code1)) return 0;
+  r = Crossing{sx, sy, sgn(c), code0, code1, t0, t1};
+  return 1;
+}
+
+inline int CrossLines(double p1x, double p1y, double p2x, double p2y, int segA, double q1x, double q1y, double q2x,
+                      double q2y, int segB, Crossing& r) {
+  return CrossLines(FirstLine(p1x, p1y, p2x, p2y), segA, q1x, q1y, q2x, q2y, segB, r);
+}
+
+// An edge whose end points both lie more than this far on the same side of a line cannot meet
+// it within 0.001 of the edge: the crossing of the infinite lines lies at least as far beyond
+// the nearer end, measured along the edge. The margin over 0.001 absorbs rounding.
+constexpr double kSideBand = 0.0015;
+
+// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that l crosses
+// (edge bounded, l as its Segment says), in edge order. Edges lying wholly on one side of the
+// line beyond kSideBand are skipped without a square root; they could not cross.
+template <class Add>
+void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&& add) {
+  const FirstLine a(l.P1().x, l.P1().y, l.P2().x, l.P2().y);
+  const double p1x = a.p1x, p1y = a.p1y, dx = a.d1x, dy = a.d1y;
+  // A line no longer than 0.001 crosses nothing.
+  if (IsEqual(a.l1, 0.0, kKvGeLinearTol)) return;
+  const double band = kSideBand * a.l1;
+  if (n <= 0) return;
+  // Cross products with the direction: the distances of the vertices from the line, times its
+  // length, each computed once. A coordinate that is not a number never skips.
+  const auto side = [&](const KvGePoint2d& p) { return dx * (p.y - p1y) - dy * (p.x - p1x); };
+  const double h0 = side(v[0]);
+  double hs = h0;
+  for (int i = 0; i < n; ++i) {
+    const KvGePoint2d& s = v[i];
+    const KvGePoint2d& e = v[i + 1 == n ? 0 : i + 1];
+    const double he = i + 1 == n ? h0 : side(e);
+    const bool skip = ((hs > band) & (he > band)) | ((hs < -band) & (he < -band));
+    hs = he;
+    if (skip) continue;
+    Crossing c;
+    if (CrossLines(a, l.Segment(), s.x, s.y, e.x, e.y, 1, c)) add(c, i);
+  }
+}
+
+}  // namespace KvGeDetail
+
+/// Crosses p1-p2 with q1-q2. On a degenerate or parallel pair 0, s untouched. Otherwise s is the
+/// crossing of the infinite lines (an ordinary point) and, with segments 0, the result is +1
+/// when q1-q2 crosses p1-p2 from its right to its left, else -1. With segments non-zero the
+/// result is 1 when s lies on both segments: with inclusive non-zero up to 0.001 beyond an end
+/// still counts; with inclusive 0 it must lie more than 0.001 inside both; else 0 (s is written
+/// all the same).
+KVGE_API int IntrLineLine2d(const KvGePoint2d& p1, const KvGePoint2d& p2, const KvGePoint2d& q1, const KvGePoint2d& q2,
+                            KvGePoint2d& s, int segments, int inclusive);
+/// In plan; the ends always count (inclusive). s gets z = 0.
+KVGE_API int IntrLineLine2d(const KvGePoint3d& p1, const KvGePoint3d& p2, const KvGePoint3d& q1, const KvGePoint3d& q2,
+                            KvGePoint3d& s, int segments);
+
+/// The crossing of a (object 0) and b (object 1) as a record: point, crossing sense, end codes
+/// and parameters on both lines, segment indices 0. r is cleared first; 0 when the lines are
+/// degenerate or parallel or the crossing lies outside a bounded line (r stays cleared).
+KVGE_API int Intersection2d(const KvGeLine2d& a, const KvGeLine2d& b, KvGeIntrPoint2d& r);
+KVGE_API int Intersection2d(const KvGeLine23d& a, const KvGeLine23d& b, KvGeIntrPoint3d& r);
+/// The same, added to out (emptied first when append is 0); 1 when a record was added.
+KVGE_API int Intersection2d(const KvGeLine2d& a, const KvGeLine2d& b, KvGeIntrPoint2dArray& out, int append);
+KVGE_API int Intersection2d(const KvGeLine23d& a, const KvGeLine23d& b, KvBtDynArray<KvGeIntrPoint3d>& out, int append);
+
+/// The crossings of l (object 0) with the circle k, in the line's direction: none when the
+/// squared half chord h2 (radius squared minus the squared distance of the centre from the
+/// line) is below -0.001, one touching record at the foot when h2 is within 0.001 of 0 (the band
+/// applies to h2, not to a length, deliberately), else two. On a bounded line a crossing more
+/// than 0.001 outside the segment is dropped. Records carry the point, the parameter and end
+/// code on the line; their crossing sense and the fields of object 1 are 0. A line no longer
+/// than 0.001 gives none. out is emptied first when append is 0; returns the number added.
+KVGE_API int Intersection2d(const KvGeLine2d& l, const KvGeCircle2d& k, KvGeIntrPoint2dArray& out, int append);
+
+/// Every crossing of l (object 0) with the edges of the closed sequence (object 1, edge i from
+/// point i to point i + 1, the last closing back to point 0), in edge order, with the edge
+/// index as segment 1. A crossing at a vertex is reported by both edges that meet there (end
+/// code +1 on the one, -1 on the other); a repeated closing vertex gives a zero-length edge
+/// that crosses nothing. out is emptied first when append is 0; returns the number added.
+KVGE_API int Intersection2d(const KvGeLine2d& l, const KvGePoint2dArray& a, KvGeIntrPoint2dArray& out, int append);
+KVGE_API int Intersection2d(const KvGePoint2dArray& a, const KvGeLine2d& l, KvGeIntrPoint2dArray& out, int append);
+
+/// The segment a-b shifted sideways by distance (positive to the left of a -> b); 1, or 0 when
+/// a and b lie within 0.001 of each other (outputs untouched).
+KVGE_API int ParalellLine2d(const KvGePoint2d& a, const KvGePoint2d& b, double distance, KvGePoint2d& a1,
+                            KvGePoint2d& b1);
+/// In plan; the heights of a and b are kept.
+KVGE_API int ParalellLine2d(const KvGePoint3d& a, const KvGePoint3d& b, double distance, KvGePoint3d& a1,
+                            KvGePoint3d& b1);
+
+/// The point where the line through linePoint with lineDirection pierces the plane through
+/// planePoint with normal planeNormal. When the direction is parallel to the plane (|n . d| no
+/// greater than 1e-15) the result is the direction itself as a point at infinity.
+KVGE_API KvGePoint3d Durchstosspunkt(const KvGePoint3d& planePoint, const KvGePoint3d& planeNormal,
+                                     const KvGePoint3d& linePoint, const KvGePoint3d& lineDirection);

@@ -1,0 +1,319 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "geometry/algebra/KvGeModMat.h"
+#include "geometry/intersection/KvGeContainment2d.h"
+#include "geometry/intersection/KvGeDistance2d.h"
+#include "geometry/points/KvGeAngle.h"
+#include "region_check.h"
+
+using namespace regiontest;
+using P = KvGePoint2d;
+
+namespace {
+
+double RegionArea(const KvGePolygon2dArray& set) { return set.Normalized().Area(); }
+
+// A star-shaped ring around a random centre, counter-clockwise, or clockwise, or with its
+// vertices shuffled so that it crosses itself.
+KvGePolygon2d RandomRing(std::mt19937& rng) {
+  std::uniform_real_distribution<double> pos(0.0, 100.0), rad(3.0, 40.0), unit(0.0, 1.0);
+  std::uniform_int_distribution<int> count(3, 9);
+  const double cx = pos(rng), cy = pos(rng);
+  const int n = count(rng);
+  KvGePolygon2d ring;
+  double angle = 0.0;
+  for (int i = 0; i < n; ++i) {
+    angle += (0.3 + unit(rng)) * 2.0 * 3.141592653589793 / (n + 0.5);
+    const double r = rad(rng);
+    ring.Add(P(cx + r * std::cos(angle), cy + r * std::sin(angle)));
+  }
+  const double kind = unit(rng);
+  if (kind < 0.15) {
+    ring.Invert();
+  } else if (kind < 0.25) {
+    std::shuffle(ring.begin(), ring.end(), rng);
+  }
+  return ring;
+}
+
+KvGePolygon2dArray RandomSet(std::mt19937& rng) {
+  KvGePolygon2dArray set;
+  const int rings = 1 + static_cast<int>(rng() % 3);
+  for (int i = 0; i < rings; ++i) set.Add(RandomRing(rng));
+  return set;
+}
+
+double EdgeDistanceSqr(const KvGePolygon2dArray& set, const P& p) {
+  double best = 1e300;
+  for (const KvGePolygon2d& ring : set)
+    for (int i = 0; i < ring.GetSize(); ++i)
+      best = std::min(best, DistanceSqrToLineseg2d(ring.GetData()[i], ring.GetData()[(i + 1) % ring.GetSize()], p));
+  return best;
+}
+
+bool Inside(const P& p, const KvGePolygon2dArray& set) { return Containment(p, set) == 4; }
+
+double Perimeter(const KvGePolygon2dArray& set) {
+  double sum = 0.0;
+  for (const KvGePolygon2d& ring : set) sum += ring.Perimeter();
+  return sum;
+}
+
+}  // namespace
+
+TEST(PolygonSetOperators, CallingRulesOfEmptyOperands) {
+  KvGePolygon2dArray empty, a = Set({Rect(0, 0, 2, 2)}), b = Set({Rect(1, 1, 3, 3)});
+  empty.Tag() = 7;
+  a.Tag() = 1;
+  b.Tag() = 2;
+
+  KvGePolygon2dArray u = empty;
+  u |= b;  // an empty set becomes a copy of the other, its further value included
+  EXPECT_EQ(u.Tag(), 2);
+  EXPECT_TRUE(u.GetData()[0] == b.GetData()[0]);
+  EXPECT_EQ((a | empty).GetSize(), 1);
+  EXPECT_EQ((a | b).Tag(), 1);
+  EXPECT_NEAR((a | b).Area(), 7.0, 1e-9);
+
+  EXPECT_EQ((a & empty).GetSize(), 0);
+  EXPECT_EQ((empty & a).GetSize(), 0);
+  EXPECT_NEAR((a & b).Area(), 1.0, 1e-9);
+
+  // The complement of an empty set has no rings, so the difference empties the set.
+  EXPECT_EQ((a - empty).GetSize(), 0);
+  EXPECT_EQ((a - empty).Tag(), 1);
+  EXPECT_EQ((empty - a).GetSize(), 0);
+  EXPECT_NEAR((a - b).Area(), 3.0, 1e-9);
+  EXPECT_NEAR((a - a).Area(), 0.0, 1e-9);
+  KvGePolygon2dArray self = a;
+  const KvGePolygon2dArray& alias = self;
+  self |= alias;
+  EXPECT_NEAR(self.Area(), 4.0, 1e-9);
+}
+
+TEST(PolygonSetOperators, ReadsRingsByWindingLikeContainment) {
+  const KvGePolygon2dArray outer = Set({Rect(0, 0, 10, 10)});
+  struct Row {
+    const char* name;
+    KvGePolygon2dArray set;
+    double area;
+  } rows[] = {
+      {"clockwise ring alone encloses nothing", Set({Rect(0, 0, 4, 4).Inverted()}), 0.0},
+      {"clockwise hole", Set({Rect(0, 0, 10, 10), Rect(2, 2, 4, 4).Inverted()}), 96.0},
+      {"counter-clockwise inner ring is no hole", Set({Rect(0, 0, 10, 10), Rect(2, 2, 4, 4)}), 100.0},
+      {"overlapping rooms count once", Set({Rect(0, 0, 6, 10), Rect(4, 0, 10, 10)}), 100.0},
+      {"hole that sticks out", Set({Rect(0, 0, 10, 10), Rect(8, 2, 12, 4).Inverted()}), 96.0},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    KvGePolygon2dArray n = row.set;
+    EXPECT_EQ(n.Normalize(), 1);
+    EXPECT_NEAR(n.Area(), row.area, 1e-9);
+    ExpectNormalised(n);
+    EXPECT_NEAR((outer & row.set).Area(), row.area, 1e-9);
+  }
+}
+
+TEST(PolygonSetOperators, CentreOfAreaAndBoxes) {
+  // A 10 x 10 room with a 2 x 10 strip cut out on the right: centre at x = 4.
+  const KvGePolygon2dArray room = Set({Rect(0, 0, 10, 10)}) - Set({Rect(8, -1, 11, 11)});
+  EXPECT_NEAR(room.Schwerpunkt().x, 4.0, 1e-9);
+  EXPECT_NEAR(room.Schwerpunkt().y, 5.0, 1e-9);
+  // Overlaps count once, a hole is subtracted, far coordinates do not cancel.
+  const KvGePolygon2dArray far = Set({Rect(1e8, 1e8, 1e8 + 4, 1e8 + 2), Rect(1e8, 1e8, 1e8 + 2, 1e8 + 2),
+                                      Rect(1e8 + 3, 1e8 + 0.5, 1e8 + 3.5, 1e8 + 1.5).Inverted()});
+  const double area = 8.0 - 0.5;
+  EXPECT_NEAR(far.Schwerpunkt().x, 1e8 + (8.0 * 2.0 - 0.5 * 3.25) / area, 1e-6);
+  EXPECT_NEAR(far.Schwerpunkt().y, 1e8 + 1.0, 1e-6);
+  EXPECT_TRUE(Set({Rect(0, 0, 4, 4).Inverted()}).Schwerpunkt() == P(0, 0));
+  EXPECT_TRUE(KvGePolygon2dArray().Schwerpunkt() == P(0, 0));
+
+  const KvGeBox2d box = far.BoundingBox();
+  EXPECT_TRUE(box.Min() == P(1e8, 1e8));
+  EXPECT_TRUE(box.Max() == P(1e8 + 4, 1e8 + 2));
+  EXPECT_TRUE(KvGePolygon2dArray().BoundingBox().Min() == P(1e9, 1e9));  // the empty box
+  const KvGeBox2d moved = Set({Rect(0, 0, 1, 1)}).BoundingBox(KvGeModMat2d().SetTran(5, 0));
+  EXPECT_TRUE(moved.Min() == P(5, 0));
+}
+
+TEST(PolygonSetOperators, AgreesWithPointContainmentAndAreaIdentities) {
+  std::mt19937 rng(20240601u);
+  std::uniform_real_distribution<double> pos(-10.0, 110.0);
+  int disagreements[3] = {0, 0, 0}, strictFaults = 0, bandFaults = 0, compared = 0;
+  for (int c = 0; c < 10000; ++c) {
+    const KvGePolygon2dArray a = RandomSet(rng), b = RandomSet(rng);
+    const KvGePolygon2dArray u = a | b, i = a & b, d = a - b;
+    P p;
+    do {
+      p = P(pos(rng), pos(rng));
+    } while (EdgeDistanceSqr(a, p) <= 1e-4 || EdgeDistanceSqr(b, p) <= 1e-4);
+    const bool inA = Inside(p, a), inB = Inside(p, b);
+    disagreements[0] += Inside(p, u) != (inA || inB);
+    disagreements[1] += Inside(p, i) != (inA && inB);
+    disagreements[2] += Inside(p, d) != (inA && !inB);
+
+    // The identities hold to 1e-6 relative unless the 0.001 clean-up of a result removed a
+    // vertex: that may move an edge by up to 0.001 and the area by up to half its length times
+    // 0.001. Such cases must stay inside that band and be rare.
+    const double areaA = RegionArea(a), areaB = RegionArea(b), scale = std::max(1.0, areaA + areaB);
+    const double band = 1e-6 * scale + 0.001 * (Perimeter(a) + Perimeter(b));
+    const double errors[] = {u.Area() + i.Area() - areaA - areaB, d.Area() - (areaA - i.Area())};
+    for (const double e : errors) {
+      strictFaults += std::fabs(e) > 1e-6 * scale;
+      bandFaults += std::fabs(e) > band;
+    }
+    if (c % 10 == 0) {
+      BMulti ba, bb, bu, bi, bd;
+      ASSERT_TRUE(ToBoost(a.Normalized(), ba) && ToBoost(b.Normalized(), bb));
+      bg::union_(ba, bb, bu);
+      bg::intersection(ba, bb, bi);
+      bg::difference(ba, bb, bd);
+      const double peer[] = {bg::area(bu) - u.Area(), bg::area(bi) - i.Area(), bg::area(bd) - d.Area()};
+      for (const double e : peer) {
+        strictFaults += std::fabs(e) > 1e-6 * scale;
+        bandFaults += std::fabs(e) > band;
+      }
+      ++compared;
+    }
+  }
+  EXPECT_EQ(disagreements[0], 0) << "union";
+  EXPECT_EQ(disagreements[1], 0) << "intersection";
+  EXPECT_EQ(disagreements[2], 0) << "difference";
+  EXPECT_EQ(bandFaults, 0);
+  EXPECT_LE(strictFaults, 20) << "of " << 2 * 10000 + 3 * compared << " area comparisons";
+  RecordProperty("AreaComparisonsBeyond1e-6", strictFaults);
+}
+
+// ---- near-degenerate input ---------------------------------------------------------------
+
+TEST(RegionCorpus, SharedEdges) {
+  KvGePolygon2dArray floor;
+  for (int i = 0; i < 5; ++i)
+    for (int j = 0; j < 5; ++j) floor |= Set({Rect(i, j, i + 1, j + 1)});
+  ExpectNormalised(floor);
+  ASSERT_EQ(floor.GetSize(), 1);
+  EXPECT_EQ(floor.GetData()[0].GetSize(), 4);  // the shared walls leave no vertex behind
+  EXPECT_NEAR(floor.Area(), 25.0, 1e-9);
+}
+
+TEST(RegionCorpus, VertexTouchingEdge) {
+  const KvGePolygon2dArray a = Set({Rect(0, 0, 4, 4)});
+  const KvGePolygon2dArray b = Set({Ring({P(4, 2), P(8, 0), P(8, 4)})});
+  ExpectNormalised(a | b);
+  EXPECT_NEAR((a | b).Area(), 24.0, 1e-9);
+  EXPECT_EQ((a & b).GetSize(), 0);
+  EXPECT_NEAR((a - b).Area(), 16.0, 1e-9);
+}
+
+TEST(RegionCorpus, HoleTouchingItsOuterRing) {
+  const KvGePolygon2dArray wall = Set({Rect(0, 0, 10, 10), Ring({P(0, 5), P(3, 7), P(3, 3)})});
+  KvGePolygon2dArray n = wall;
+  ASSERT_EQ(n.Normalize(), 1);
+  ExpectNormalised(n);
+  EXPECT_NEAR(n.Area(), 100.0 - 6.0, 1e-9);
+  ExpectNormalised(wall | Set({Rect(9, 9, 12, 12)}));
+}
+
+TEST(RegionCorpus, CollinearOverlappingEdges) {
+  const KvGePolygon2dArray a = Set({Rect(0, 0, 6, 2)}), b = Set({Rect(3, 2, 9, 5)}), c = Set({Rect(3, 0, 9, 2)});
+  ExpectNormalised(a | b);
+  EXPECT_NEAR((a | b).Area(), 30.0, 1e-9);
+  EXPECT_EQ((a & b).GetSize(), 0);  // only an edge in common
+  EXPECT_NEAR((a & c).Area(), 6.0, 1e-9);
+  ExpectNormalised(a - c);
+  EXPECT_NEAR((a - c).Area(), 6.0, 1e-9);
+}
+
+TEST(RegionCorpus, SliversThinnerThanTolerance) {
+  struct Row {
+    double step;
+    int vertices;
+  } rows[] = {{0.0009, 4}, {0.0011, 6}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.step);
+    // Two rooms whose tops differ by a step: a step within 0.001 leaves a plain rectangle.
+    const KvGePolygon2dArray u = Set({Rect(0, 0, 5, 5)}) | Set({Rect(5, 0, 10, 5 - row.step)});
+    ExpectNormalised(u);
+    ASSERT_EQ(u.GetSize(), 1);
+    EXPECT_EQ(u.GetData()[0].GetSize(), row.vertices);
+  }
+  // A difference that leaves only a sliver 0.0005 wide leaves nothing.
+  const KvGePolygon2dArray d = Set({Rect(0, 0, 5, 5)}) - Set({Rect(-1, -1, 4.9995, 6)});
+  EXPECT_EQ(d.GetSize(), 0);
+  // A spike of zero width on a room goes.
+  KvGePolygon2dArray spike = Set({Ring({P(0, 0), P(4, 0), P(4, 2), P(7, 2), P(4, 2.0004), P(4, 4), P(0, 4)})});
+  ASSERT_EQ(spike.Normalize(), 1);
+  ExpectNormalised(spike);
+  EXPECT_NEAR(spike.Area(), 16.0, 1e-3);
+}
+
+TEST(RegionCorpus, RepeatedVertices) {
+  KvGePolygon2dArray s =
+      Set({Ring({P(0, 0), P(0, 0), P(4, 0), P(4.0005, 0), P(4, 4), P(2, 4.0004), P(0, 4), P(0, 0)})});
+  ASSERT_EQ(s.Normalize(), 1);
+  ExpectNormalised(s);
+  ASSERT_EQ(s.GetSize(), 1);
+  EXPECT_EQ(s.GetData()[0].GetSize(), 4);
+  EXPECT_NEAR(s.Area(), 16.0, 1e-3);
+}
+
+TEST(RegionCorpus, SelfIntersectingInput) {
+  // A bow tie: each lobe is read by its own winding, so only the counter-clockwise lobe is
+  // region.
+  KvGePolygon2dArray bow = Set({Ring({P(0, 0), P(10, 10), P(10, 0), P(0, 10)})});
+  ASSERT_EQ(bow.Normalize(), 1);
+  ExpectNormalised(bow);
+  EXPECT_NEAR(bow.Area(), 25.0, 1e-9);
+  // A ring that runs twice around: winding 2 is inside once.
+  KvGePolygon2dArray twice = Set({Ring({P(0, 0), P(4, 0), P(4, 4), P(0, 4), P(0, 0), P(4, 0), P(4, 4), P(0, 4)})});
+  ASSERT_EQ(twice.Normalize(), 1);
+  EXPECT_NEAR(twice.Area(), 16.0, 1e-9);
+  ExpectNormalised(bow | twice);
+}
+
+TEST(RegionCorpus, GridRotatedByTinyAngle) {
+  const KvGeModMat2d turn = KvGeModMat2d().SetRotate(KvGeAngle(1e-7));
+  KvGePolygon2dArray rooms;
+  for (int i = 0; i < 10; ++i)
+    for (int j = 0; j < 10; ++j) rooms.Add(Rect(i * 3.0, j * 3.0, i * 3.0 + 3.0, j * 3.0 + 3.0).Transformed(turn));
+  KvGePolygon2dArray floor = rooms;
+  ASSERT_EQ(floor.Normalize(), 1);
+  ExpectNormalised(floor);
+  ASSERT_EQ(floor.GetSize(), 1);
+  EXPECT_EQ(floor.GetData()[0].GetSize(), 4);
+  EXPECT_NEAR(floor.Area(), 900.0, 1e-6 * 900.0);
+  KvGePolygon2dArray cut = Set({Rect(-1, -1, 31, 31)}) - rooms;
+  ExpectNormalised(cut);
+  EXPECT_NEAR(cut.Area(), 1024.0 - 900.0, 1e-6 * 1024.0);
+}
+
+TEST(RegionCorpus, CoordinatesAtTheRangeLimitAndBeyond) {
+  const double r = kKvGeRegionRange;
+  KvGePolygon2dArray atLimit = Set({Rect(r - 10, r - 10, r, r)});
+  const KvGePolygon2dArray u = atLimit | Set({Rect(r - 5, r - 20, r, r - 5)});
+  ExpectNormalised(u);
+  EXPECT_NEAR(u.Area(), 100.0 + 50.0, 1e-6);
+  EXPECT_NEAR((Set({Rect(-r, -r, r, r)}) - atLimit).Area(), 4.0 * r * r - 100.0, 1e-6 * 4.0 * r * r);
+
+  struct Row {
+    const char* name;
+    double beyond;
+  } rows[] = {{"just beyond", r * (1 + 1e-15) + 1.0}, {"far beyond", 1e300}, {"not a number", std::nan("")}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    const KvGePolygon2dArray bad = Set({Ring({P(r - 10, r - 10), P(row.beyond, r - 10), P(r, r)})});
+    KvGePolygon2dArray s = atLimit;
+    s |= bad;
+    EXPECT_TRUE(s.GetData()[0] == atLimit.GetData()[0]);
+    s &= bad;
+    s -= bad;
+    EXPECT_EQ(s.GetSize(), 1);
+    EXPECT_TRUE(s.GetData()[0] == atLimit.GetData()[0]);
+    KvGePolygon2dArray n = bad;
+    EXPECT_EQ(n.Normalize(), 0);
+    EXPECT_EQ(n.GetData()[0].GetSize(), 3);
+  }
+}
