@@ -29,9 +29,10 @@ for lib in UtilityBasicsClass UtilityGeneral UtilityGeometry; do
   nm -DC --defined-only "$so" | cut -d' ' -f3- | LC_ALL=C sort -u | sed "s/^/$lib: /"
 done >"$current"
 
-# Copies of standard library code are never part of the interface, whatever the list says.
-if grep -E '^[A-Za-z]+: ([^(]* )?std::' "$current"; then
-  echo "standard library code is exported (see cmake/exports.map)" >&2
+# Copies of standard library or Boost code are never part of the interface, whatever the list
+# says.
+if grep -E '^[A-Za-z]+: ([^(]* )?(std|boost)::' "$current"; then
+  echo "standard library or Boost code is exported (see cmake/exports.map)" >&2
   exit 1
 fi
 
