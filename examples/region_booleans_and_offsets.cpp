@@ -22,7 +22,7 @@ int main() {
   std::cout << "frame    " << frame << "  area " << frame.Area() << '\n';
 
   // Offsets: a positive distance grows a region, a negative one shrinks it. Miter corners stay
-  // sharp; round corners are flattened into chords no more than eps (0.001) from the arc.
+  // sharp; round corners become short chords, eps (0.001 by default) fixing how fine.
   KvGePolygon2dArray grown, shrunk, band;
   if (!ParallelPolygon2d(a, 1.0, grown, kKvGeJoinMiter)) return 1;
   if (!ParallelPolygon2d(frame, -0.5, shrunk, kKvGeJoinRound)) return 1;
@@ -30,9 +30,9 @@ int main() {
   if (!ParallelPolygon2d(KvGePolyline2d{{0, 0}, {10, 0}}, 1.0, band, kKvGeEndRound)) return 1;
   std::cout << "a grown by 1      " << grown << '\n';
   // The outer ring shrinks to 9 x 9 with sharp corners; the hole grows by 0.5 with round ones.
-  // The outer ring shrinks to 9 x 9 with sharp corners; the hole grows by 0.5 with round ones.
   std::cout << "frame shrunk 0.5  area " << shrunk.Area() << " in " << shrunk.GetSize() << " rings\n";
-  // Chords cut a little off every arc, so the areas come out slightly below the exact ones.
+  // Chords cut a little off every arc: the band comes out slightly below its exact area, the
+  // shrunk frame slightly above (its rounded hole is a little smaller).
   std::cout << "band around a line area " << band.Area() << " (20 + pi, less the chords)\n";
 
   const bool right = IsEqual(both.Area(), 175) && IsEqual(common.Area(), 25) && IsEqual(rest.Area(), 75) &&
