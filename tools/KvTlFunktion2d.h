@@ -15,6 +15,8 @@
 // pick it up to 0.001 beyond them, where its line is extrapolated. Values are compared with the
 // same 0.001.
 
+#include <iosfwd>
+
 #include "basics/KvBtArray.h"
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"
@@ -22,6 +24,8 @@
 
 class KVGE_API KvTlLinear2d {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   KvTlLinear2d() = default;
   KvTlLinear2d(double xa, double ya, double xb, double yb) : x0(xa), y0(ya), x1(xb), y1(yb) {}
   KvTlLinear2d(const KvTlLinear2d&) = default;
@@ -207,12 +211,12 @@ class KVGE_API KvTlFunktion2d {
 
  private:
   enum class Op { Add, Sub, Mul, Min, Max };
-  void Combine(const KvTlFunktion2d& g, Op op);
-  double Snap(double x) const;
-  void AppendSlice(PieceArray& out, double lo, double hi) const;
-  void LowerCourse(double a, double b);
-  void Reflect();
-  void ScaleValues(double k);
+  KVGE_NO_EXPORT void Combine(const KvTlFunktion2d& g, Op op);
+  KVGE_NO_EXPORT double Snap(double x) const;
+  KVGE_NO_EXPORT void AppendSlice(PieceArray& out, double lo, double hi) const;
+  KVGE_NO_EXPORT void LowerCourse(double a, double b);
+  KVGE_NO_EXPORT void Reflect();
+  KVGE_NO_EXPORT void ScaleValues(double k);
 
   PieceArray m_Pieces;
 };
@@ -227,3 +231,8 @@ inline KvTlFunktion2d operator|(KvTlFunktion2d f, const KvTlFunktion2d& g) { ret
 inline KvTlFunktion2d operator*(KvTlFunktion2d f, double k) { return std::move(f *= k); }
 inline KvTlFunktion2d operator*(double k, KvTlFunktion2d f) { return std::move(f *= k); }
 inline KvTlFunktion2d operator/(KvTlFunktion2d f, double k) { return std::move(f /= k); }
+
+/// Writes "LINEAR (x0 y0, x1 y1)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvTlLinear2d& v);
+/// Writes the pieces in ascending x, "FUNCTION ((x0 y0, x1 y1), ...)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvTlFunktion2d& v);

@@ -58,6 +58,8 @@ class KvBtSimpleArray {
   T* GetData() { return m_Items.data(); }
   const T* begin() const { return m_Items.data(); }
   const T* end() const { return m_Items.data() + m_Items.size(); }
+  T* begin() { return m_Items.data(); }
+  T* end() { return m_Items.data() + m_Items.size(); }
 
   int operator==(const KvBtSimpleArray& o) const { return m_Items == o.m_Items ? 1 : 0; }
   int operator!=(const KvBtSimpleArray& o) const { return m_Items != o.m_Items ? 1 : 0; }

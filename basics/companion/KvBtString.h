@@ -14,7 +14,7 @@ class KVBT_API KvBtString {
   KvBtString() = default;
   KvBtString(const char* text) : m_Text(text ? text : "") {}  // NOLINT: implicit on purpose
   KvBtString(const char* bytes, int length)
-      : m_Text(bytes && length > 0 ? std::string(bytes, length) : std::string()) {}
+      : m_Text(bytes && length > 0 ? std::string(bytes, static_cast<std::size_t>(length)) : std::string()) {}
   explicit KvBtString(std::string text) : m_Text(std::move(text)) {}
   KvBtString(const KvBtString&) = default;
   KvBtString(KvBtString&&) noexcept = default;

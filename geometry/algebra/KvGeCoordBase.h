@@ -53,6 +53,8 @@ class CoordBase : public CoordData<N> {
   using Data = CoordData<N>;
 
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   using Data::Data;
 
   unsigned Dim() const { return N; }

@@ -9,6 +9,8 @@
 // which reads its value: a write through a bad index lands there, is what any point then reads
 // through a bad index, and corrupts no point.
 
+#include <iosfwd>
+
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/algebra/KvGeVector.h"
 #include "geometry/points/KvGeAngle.h"
@@ -97,3 +99,6 @@ KVGE_API int Clip2d(KvGePoint2d& p1, KvGePoint2d& p2, const KvGePoint2d& min, co
 KVGE_API int IsSimelarlyDirected(const KvGePoint2d& a, const KvGePoint2d& b);
 KVGE_API int IsParallel(const KvGePoint2d& a, const KvGePoint2d& b);
 KVGE_API int IsNormal(const KvGePoint2d& a, const KvGePoint2d& b);
+
+/// Writes WKT, "POINT (x y)"; a point at infinity, which WKT lacks, as "DIRECTION (x y)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePoint2d& v);

@@ -19,6 +19,9 @@
 // other than 1 or 2, or an archive that fails before the whole string is read, leaves the array
 // unchanged.
 
+#include <initializer_list>
+#include <iosfwd>
+
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/points/KvGePoint2d.h"
@@ -33,6 +36,8 @@ class KvGeModMat3d;
 class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
  public:
   KvGePoint2dArray() = default;
+  /// The points in the order given: KvGePoint2dArray points{{0, 0}, {10, 0}}.
+  KvGePoint2dArray(std::initializer_list<KvGePoint2d> points) : KvBtDynArray(points) {}
   KvGePoint2dArray(const KvGePoint2dArray&) = default;
   KvGePoint2dArray(KvGePoint2dArray&&) noexcept = default;
   KvGePoint2dArray& operator=(const KvGePoint2dArray&) = default;
@@ -80,6 +85,8 @@ class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
 class KVGE_API KvGePoint3dArray : public KvBtDynArray<KvGePoint3d> {
  public:
   KvGePoint3dArray() = default;
+  /// The points in the order given: KvGePoint3dArray points{{0, 0, 0}, {10, 0, 5}}.
+  KvGePoint3dArray(std::initializer_list<KvGePoint3d> points) : KvBtDynArray(points) {}
   KvGePoint3dArray(const KvGePoint3dArray&) = default;
   KvGePoint3dArray(KvGePoint3dArray&&) noexcept = default;
   KvGePoint3dArray& operator=(const KvGePoint3dArray&) = default;
@@ -118,3 +125,8 @@ class KVGE_API KvGePoint3dArray : public KvBtDynArray<KvGePoint3d> {
   void sortByXY();
   void sortByYX();
 };
+
+/// Writes WKT, "MULTIPOINT ((x y), ...)", or "MULTIPOINT EMPTY".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePoint2dArray& v);
+/// Writes WKT, "MULTIPOINT Z ((x y z), ...)", or "MULTIPOINT Z EMPTY".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePoint3dArray& v);

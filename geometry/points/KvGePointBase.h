@@ -79,6 +79,10 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   }
   int operator==(const P& o) const { return (this->DistanceSqr(o) <= kKvGeLinearTolSqr && IsSameKind(o)) ? 1 : 0; }
   int operator!=(const P& o) const { return (*this == o) ? 0 : 1; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const P& a, const P& b) { return static_cast<const PointBase&>(a).operator==(b); }
+  friend int operator!=(const P& a, const P& b) { return static_cast<const PointBase&>(a).operator!=(b); }
 
   int OutCode(const P& min, const P& max, double tol = kKvGeLinearTol) const {
     int code = 0;

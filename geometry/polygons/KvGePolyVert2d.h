@@ -5,6 +5,7 @@
 // bulges (no tolerance on the bulge).
 
 #include <cstdint>
+#include <iosfwd>
 
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/points/KvGePoint2d.h"
@@ -13,6 +14,8 @@ class KvGeModMat2d;
 
 class KVGE_API KvGePolyVert2d {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   KvGePolyVert2d() = default;
   KvGePolyVert2d(const KvGePoint2d& point, std::uint16_t shape, double bulge)
       : m_Point(point), m_Shape(shape), m_Bulge(bulge) {}
@@ -62,3 +65,6 @@ class KVGE_API KvGePolyVert2d {
   std::uint16_t m_Shape = 0;
   double m_Bulge = 0.0;
 };
+
+/// Writes "VERTEX (x y) shape s bulge b".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePolyVert2d& v);

@@ -4,6 +4,9 @@
 // the polygon's, which keeps its first vertex. Built from 3D points it keeps each point's flag
 // of a point at infinity.
 
+#include <initializer_list>
+#include <iosfwd>
+
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/points/KvGePoint2dArray.h"
@@ -13,6 +16,8 @@ class KvGeModMat2d;
 class KVGE_API KvGePolyline2d : public KvGePoint2dArray {
  public:
   KvGePolyline2d() = default;
+  /// The points in the order given.
+  KvGePolyline2d(std::initializer_list<KvGePoint2d> points) : KvGePoint2dArray(points) {}
   explicit KvGePolyline2d(const KvGePoint2dArray& points) { Set(points); }
   explicit KvGePolyline2d(const KvGePoint3dArray& points) { Set(points); }
   KvGePolyline2d(const KvGePolyline2d& other) : KvGePoint2dArray() { Set(other); }
@@ -46,6 +51,8 @@ class KVGE_API KvGePolyline2d : public KvGePoint2dArray {
 class KVGE_API KvGePolyline2dArray : public KvBtDynArray<KvGePolyline2d> {
  public:
   KvGePolyline2dArray() = default;
+  /// The polylines in the order given, each deep-copied.
+  KvGePolyline2dArray(std::initializer_list<KvGePolyline2d> polylines) : KvBtDynArray(polylines) {}
   explicit KvGePolyline2dArray(const KvGePolyline2d& polyline) { Set(polyline); }
   KvGePolyline2dArray(const KvGePolyline2dArray&) = default;
   KvGePolyline2dArray& operator=(const KvGePolyline2dArray&) = default;
@@ -58,3 +65,6 @@ class KVGE_API KvGePolyline2dArray : public KvBtDynArray<KvGePolyline2d> {
     return *this;
   }
 };
+
+/// Writes WKT, "LINESTRING (x y, ...)", or "LINESTRING EMPTY".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePolyline2d& v);
