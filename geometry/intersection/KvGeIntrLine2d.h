@@ -178,20 +178,22 @@ void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&&
   // No vertex passes a negative range: a line far out has every edge weighed by SkipEdge.
   const double range = a.r <= FirstLine::kPlainRange ? FirstLine::kPlainRange : -1.0;
   // Cross products with the direction: the distances of the vertices from the line, times its
-  // length, and the vertices' largest magnitudes, each computed once. A coordinate that is not
-  // a number never skips.
-  const auto magnitude = [](const KvGePoint2d& p) { return FirstLine::Max(std::fabs(p.x), std::fabs(p.y)); };
-  const double h0 = a.Side(v[0].x, v[0].y), r0 = magnitude(v[0]);
-  double hs = h0, rs = r0;
+  // length, and whether the vertices lie within the range, each computed once. A coordinate
+  // that is not a number never skips.
+  const auto near = [range](const KvGePoint2d& p) { return (std::fabs(p.x) <= range) & (std::fabs(p.y) <= range); };
+  const double h0 = a.Side(v[0].x, v[0].y);
+  const bool n0 = near(v[0]);
+  double hs = h0;
+  bool ns = n0;
   for (int i = 0; i < n; ++i) {
     const KvGePoint2d& s = v[i];
     const KvGePoint2d& e = v[i + 1 == n ? 0 : i + 1];
     const double he = i + 1 == n ? h0 : a.Side(e.x, e.y);
-    const double re = i + 1 == n ? r0 : magnitude(e);
-    bool skip = ((hs > band) & (he > band)) | ((hs < -band) & (he < -band));
-    if (skip && !((rs <= range) & (re <= range))) skip = a.SkipEdge(hs, he, s.x, s.y, e.x, e.y);
+    const bool ne = i + 1 == n ? n0 : near(e);
+    const bool beside = ((hs > band) & (he > band)) | ((hs < -band) & (he < -band));
+    const bool skip = beside && ((ns & ne) || a.SkipEdge(hs, he, s.x, s.y, e.x, e.y));
     hs = he;
-    rs = re;
+    ns = ne;
     if (skip) continue;
     Crossing c;
     if (CrossLines(a, l.Segment(), s.x, s.y, e.x, e.y, 1, c)) add(c, i);
