@@ -481,6 +481,7 @@ unsigned short KvGePreparedRegion2d::Containment(const KvGePolygon2d& tested) co
 int KvGePreparedRegion2d::Containment(const KvGePoint2dArray& points, KvBtDynArray<unsigned short>& results) const {
   const int n = points.GetSize();
   results.SetSize(n);
+  if (results.GetSize() != n) return 0;  // no memory
   unsigned short* out = results.GetData();
   const KvGePoint2d* p = points.GetData();
   for (int i = 0; i < n; ++i) out[i] = Containment(p[i]);

@@ -90,7 +90,8 @@ KVGE_API KvGePoint2d Project2d(const KvGePoint2d& a, const KvGePoint2d& b, const
 KVGE_API int Between2d(const KvGePoint2d& a, const KvGePoint2d& b, const KvGePoint2d& p);
 // Clips p1-p2 in place to the box min-max (Cohen-Sutherland, tolerance 0.001); 1 when a part
 // remains. The ends may come back exchanged, deliberately; an end within 0.001 outside the box
-// is left where it is.
+// is left where it is. On 0 (the segment outside, or a coordinate of an end or a corner not
+// finite) the ends are not touched.
 KVGE_API int Clip2d(KvGePoint2d& p1, KvGePoint2d& p2, const KvGePoint2d& min, const KvGePoint2d& max);
 // Direction tests on the position vectors, with the angle band of 1e-6 radians; a zero vector
 // has the direction 0.

@@ -92,22 +92,43 @@ int Clip3d(KvGePoint3d& p1, KvGePoint3d& p2, const KvGePoint3d& min, const KvGeP
 }
 
 int ClipConical3d(KvGePoint3d& p1, KvGePoint3d& p2, double zmin) {
+  if (!std::isfinite(zmin)) return 0;
   const auto code = [zmin](const KvGePoint3d& p) { return p.OutCode(zmin, kKvGeLinearTol); };
   const auto step = [zmin](KvGePoint3d& a, const KvGePoint3d& b, int c) {
     const double x1 = a.x, y1 = a.y, z1 = a.z, x2 = b.x, y2 = b.y, z2 = b.z;
-    double t;
-    if (c & 1)
-      t = (z1 + x1) / ((z1 - z2) + (x1 - x2));
-    else if (c & 2)
-      t = (z1 - x1) / ((x2 - x1) - (z2 - z1));
-    else if (c & 4)
-      t = (y1 + z1) / ((z1 - z2) + (y1 - y2));
-    else if (c & 8)
-      t = (z1 - y1) / ((y2 - y1) - (z2 - z1));
-    else
-      t = ((c & 16 ? zmin : 1.0) - z1) / (z2 - z1);
-    a.x = x1 + (x2 - x1) * t;
-    a.y = y1 + (y2 - y1) * t;
+    // f1 and f2 are the signed distances of the ends from the plane in the step's own
+    // measure, t = f1 / (f1 - f2): the same parameter as (z1 - x1) / ((x2 - x1) - (z2 - z1))
+    // and its kin, with each end's difference taken first, so that a far end (4e16 and
+    // beyond) does not cancel the denominator. f1 is outside by more than 0.001 and f2 is not
+    // (or the codes would share the bit), so f1 - f2 is not 0.
+    double f1, f2;
+    if (c & 1) {
+      f1 = z1 + x1;
+      f2 = z2 + x2;
+    } else if (c & 2) {
+      f1 = z1 - x1;
+      f2 = z2 - x2;
+    } else if (c & 4) {
+      f1 = y1 + z1;
+      f2 = y2 + z2;
+    } else if (c & 8) {
+      f1 = z1 - y1;
+      f2 = z2 - y2;
+    } else {
+      const double zz = c & 16 ? zmin : 1.0;
+      f1 = z1 - zz;
+      f2 = z2 - zz;
+    }
+    const double t = f1 / (f1 - f2);
+    // Interpolated from the nearer end, so that a far end's size does not swamp the result.
+    if (t <= 0.5) {
+      a.x = x1 + (x2 - x1) * t;
+      a.y = y1 + (y2 - y1) * t;
+    } else {
+      const double s = f2 / (f2 - f1);  // 1 - t
+      a.x = x2 + (x1 - x2) * s;
+      a.y = y2 + (y1 - y2) * s;
+    }
     // The new z comes from the new x or y, so the end lies exactly on the slanted plane.
     if (c & 1)
       a.z = -a.x;

@@ -117,7 +117,8 @@ TEST(Point2d, ClipCohenSutherland) {
       {P(-5, 5), P(15, 5), 1, P(10, 5), P(0, 5)},  // both ends move; the exchange stays
       {P(-5, -5), P(15, 15), 1, P(10, 10), P(0, 0)},
       {P(-5, 12), P(12, -5), 1, P(7, 0), P(0, 7)},
-      {P(-5, 1), P(1, -5), 0, P(0, -4), P(1, -5)},  // passes the corner outside, after one move
+      {P(-5, 1), P(1, -5), 0, P(-5, 1), P(1, -5)},  // passes the corner outside: rejected after one
+                                                    // move, the ends as they were
       {P(2, 2), P(3, 3), 1, P(2, 2), P(3, 3)},
   };
   for (const Row& r : rows) {
