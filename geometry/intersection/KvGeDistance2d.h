@@ -91,7 +91,8 @@ KVGE_API double DistanceSqr2d(const KvGePoint3d& p, const KvGeCircle23d& c);
 /// points.
 KVGE_API double DistanceSqr2d(const KvGeArc23d& a, const KvGePoint3d& p);
 KVGE_API double DistanceSqr2d(const KvGePoint3d& p, const KvGeArc23d& a);
-/// From the nearest edge of the closed sequence; 1e18 (the square of 1e9) for an empty one.
+/// From the nearest edge of the closed sequence; 1e18 (the square of 1e9) for an empty one, NaN
+/// or infinity for a point with a NaN or infinite coordinate.
 KVGE_API double DistanceSqr2d(const KvGePoint2dArray& a, const KvGePoint2d& p);
 KVGE_API double DistanceSqr2d(const KvGePoint2d& p, const KvGePoint2dArray& a);
 

@@ -133,8 +133,10 @@ int ParalellLine2d(const KvGePoint2d& a, const KvGePoint2d& b, double distance, 
   KvGePoint2d dir = b - a;
   if (!dir.Normalize()) return 0;
   const KvGePoint2d n = Normal(dir);
-  a1 = a + n * distance;
-  b1 = b + n * distance;
+  const KvGePoint2d a2 = a + n * distance, b2 = b + n * distance;
+  if (!KvGeDetail::IsFinitePoint(a2) || !KvGeDetail::IsFinitePoint(b2)) return 0;
+  a1 = a2;
+  b1 = b2;
   return 1;
 }
 

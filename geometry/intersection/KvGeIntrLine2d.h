@@ -53,7 +53,8 @@ struct FirstLine {
     const double f = 1.0 / c;
     sx = (d1x * k2 - d2x * k1) * f;
     sy = (d1y * k2 - d2y * k1) * f;
-    return 1;
+    // A coordinate that is not finite (or huge ones that overflow) gives no crossing.
+    return std::isfinite(sx) && std::isfinite(sy) ? 1 : 0;
   }
 
   double p1x, p1y, p2x, p2y, d1x, d1y, l1, k1;

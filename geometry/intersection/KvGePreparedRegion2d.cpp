@@ -285,6 +285,7 @@ std::size_t KvGePreparedRegion2d::MemoryUsage() const {
 
 unsigned short KvGePreparedRegion2d::Containment(const KvGePoint2d& p) const {
   const double px = p.x, py = p.y;
+  if (!std::isfinite(px) || !std::isfinite(py)) return 1;  // as the free function
   if (!m_bFast || !(std::fabs(px) <= kLimit && std::fabs(py) <= kLimit)) return ExactPoint(px, py, false);
   if (m_Nodes.empty()) return 1;
   const double* X = m_X.data();

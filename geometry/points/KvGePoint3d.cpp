@@ -67,13 +67,15 @@ const KvGePoint3d& KvGePoint3d_ZAxis() {
 }
 
 KvGeAngle Angle2d(const KvGePoint3d& a, const KvGePoint3d& b) { return KvGeAngle(a, b); }
-double Distance2d(const KvGePoint3d& a, const KvGePoint3d& b) { return std::sqrt(DistanceSqr2d(a, b)); }
+double Distance2d(const KvGePoint3d& a, const KvGePoint3d& b) { return KvGeVector2(b.x - a.x, b.y - a.y).Length(); }
 double DistanceSqr2d(const KvGePoint3d& a, const KvGePoint3d& b) {
   const double dx = b.x - a.x, dy = b.y - a.y;
   return dx * dx + dy * dy;
 }
 double DotProduct2d(const KvGePoint3d& a, const KvGePoint3d& b) { return a.x * b.x + a.y * b.y; }
-double Distance3d(const KvGePoint3d& a, const KvGePoint3d& b) { return std::sqrt(a.DistanceSqr(b)); }
+double Distance3d(const KvGePoint3d& a, const KvGePoint3d& b) {
+  return KvGeVector3(b.x - a.x, b.y - a.y, b.z - a.z).Length();
+}
 double DistanceSqr3d(const KvGePoint3d& a, const KvGePoint3d& b) { return a.DistanceSqr(b); }
 double DotProduct3d(const KvGePoint3d& a, const KvGePoint3d& b) { return a * b; }
 

@@ -139,14 +139,15 @@ P ProjectOnLine(const P& a, const P& b, const P& p) {
 }
 
 // Where the foot of p falls on the segment a-b: -1 before a, 1 at a, 0 strictly between, 2 at
-// b, -2 beyond b (ends within 0.001 along the segment); 0 for a segment no longer than 0.001.
-// The distance of p from the line is not looked at.
+// b, -2 beyond b (ends within 0.001 along the segment); 0 for a segment no longer than 0.001
+// and for a NaN coordinate. The distance of p from the line is not looked at.
 template <class P>
 int BetweenOnSegment(const P& a, const P& b, const P& p) {
   const P d = b - a;
   const double len = d.Length();
   if (!IsGreater(len, 0.0, kKvGeLinearTol)) return 0;
   const double t = ((p - a) * d) / len;
+  if (std::isnan(t)) return 0;  // no position: the answer of a degenerate segment
   int c = KvBtRealCompare(t, 0.0, kKvGeLinearTol);
   if (c < 0) return -1;
   if (c == 0) return 1;
