@@ -19,6 +19,10 @@
 // KvBtDynArray<TYPE> adds element-wise equality, cyclic access (index taken modulo the size,
 // so -1 is the last element), deep copying and the cyclic reordering NewFirstElement.
 
+/// \file
+/// Failure: nothing throws. When memory runs out the array keeps its elements, size and capacity,
+/// and Add and Append answer -1. See docs/non-finite-policy.md.
+
 #include <climits>
 #include <cstdlib>
 #include <cstring>

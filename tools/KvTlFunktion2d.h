@@ -11,6 +11,10 @@
 // break, bound or crossing within 0.001 of an existing break is taken as that break, so the
 // operations never create pieces of 0.001 or less. Values are compared with the same 0.001.
 
+/// \file
+/// Non-finite input and range: values propagate NaN; the pieces cover -1e9 .. 1e9 and beyond that
+/// the outermost piece answers. See docs/non-finite-policy.md.
+
 #include "basics/KvBtArray.h"
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"

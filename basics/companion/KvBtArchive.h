@@ -13,6 +13,11 @@
 // length prefix larger than the rest of the stream cannot make the archive allocate more than
 // the stream supplies. Storing to a stream that fails sets the failure state as well.
 
+/// \file
+/// Non-finite values: a double is stored as its bit pattern, NaN and infinities included, and loads
+/// back the same. A writer that refuses a value its format cannot hold sets the failure state with
+/// SetFailed. See docs/non-finite-policy.md.
+
 #include <cstdint>
 #include <iosfwd>
 

@@ -13,6 +13,9 @@
 // are ignored: the coordinates are measured as they stand. Every function answers the squared
 // distance and takes no tolerance argument.
 
+/// \file
+/// Non-finite input: distances propagate NaN and infinities. See docs/non-finite-policy.md.
+
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtSimpleArray.h"
 #include "geometry/curves/KvGeCircle23d.h"

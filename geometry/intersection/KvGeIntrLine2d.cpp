@@ -123,6 +123,8 @@ int Intersection2d(const KvGeLine2d& l, const KvGeCircle2d& k, KvGeIntrPoint2dAr
     int code = 0;
     if (l.Segment() && !KvGeDetail::SegmentEndCode(ts[i], len, code)) continue;
     const KvGePoint2d at = n == 1 ? KvGePoint2d(fx, fy) : KvGePoint2d(l.P1().x + ux * ts[i], l.P1().y + uy * ts[i]);
+    // NaN passes neither tolerant test above; a crossing that is not finite is no crossing.
+    if (!std::isfinite(ts[i]) || !KvGeDetail::IsFinitePoint(at)) continue;
     out.Add(KvGeIntrPoint2d(at, 0, code, 0, ts[i], 0.0, 0, 0, 0));
     ++added;
   }

@@ -16,6 +16,11 @@
 //
 // The "23d" and KvGePoint3d forms work in plan (x and y); their crossing point has z = 0.
 
+/// \file
+/// Non-finite input: a crossing with a coordinate that is not finite, or one that overflows, is no
+/// crossing: 0, outputs untouched (a record stays cleared); ParalellLine2d returns 0 the same way.
+/// See docs/non-finite-policy.md.
+
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/curves/KvGeCircle2d.h"
 #include "geometry/curves/KvGeLine2d.h"

@@ -9,6 +9,12 @@
 // which reads its value: a write through a bad index lands there, is what any point then reads
 // through a bad index, and corrupts no point.
 
+/// \file
+/// Non-finite input and range: arithmetic and distances propagate NaN and infinities; distances
+/// scale before squaring. Normalize returns 0 and Clip2d returns 0, both writing nothing, when a
+/// coordinate is not finite; Between2d gives 0 for NaN; OutCode of NaN is 0 (no comparison holds).
+/// See docs/non-finite-policy.md.
+
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/algebra/KvGeVector.h"
 #include "geometry/points/KvGeAngle.h"

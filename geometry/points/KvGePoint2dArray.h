@@ -22,6 +22,12 @@
 // other than 1 or 2, or an archive that fails before the whole string is read, leaves the array
 // unchanged.
 
+/// \file
+/// Non-finite input and range: Area, Perimeter and Schwerpunkt propagate NaN; Area rescales when
+/// its sums overflow, so rings near the largest double have their finite areas. The stored form
+/// refuses an array holding NaN (nothing written, the archive fails) and clamps infinities. See
+/// docs/non-finite-policy.md.
+
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/points/KvGePoint2d.h"

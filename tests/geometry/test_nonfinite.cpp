@@ -331,6 +331,14 @@ TEST(NonFinite, LinesAndCrossings) {
     const int r2 = Intersection2d(KvGeLine2d(e[0], e[1]), KvGeLine2d(e[2], e[3]), rec);
     P2 a1 = s0, b1 = s0;
     const int par = ParalellLine2d(e[0], e[1], 1.0, a1, b1);
+    // The line through the circle and the closed sequence: only finite crossings.
+    KvGeIntrPoint2dArray cuts;
+    const int nc = Intersection2d(KvGeLine2d(e[0], e[1]), KvGeCircle2d(e[2], 3.0), cuts, 0);
+    KvGePoint2dArray ring;
+    for (const P2& q : {e[2], e[3], P2(0, 5)}) ring.Add(q);
+    const int nr = Intersection2d(KvGeLine2d(e[0], e[1]), ring, cuts, 1);
+    EXPECT_EQ(cuts.GetSize(), nc + nr);
+    for (const KvGeIntrPoint2d& c : cuts) EXPECT_TRUE(FinitePoint(c) && Finite(c.Param0()));
     if (!Finite(s)) {
       EXPECT_EQ(r, 0);
       EXPECT_TRUE(Same(x, s0));
