@@ -23,8 +23,8 @@
 /// Non-finite input and range: an element or right-hand side that is not finite makes Solve, Invert
 /// and division fail (0, nothing written); IsSingular is then 1 and Det NaN. Each reflection is
 /// scaled by a power of two, so huge or tiny finite elements decompose exactly (diag(1e200, 1) is
-/// regular, determinant 1e200); a determinant beyond the largest double is infinite. See docs/non-
-/// finite-policy.md.
+/// regular, determinant 1e200); a determinant beyond the largest double is infinite. See
+/// docs/non-finite-policy.md.
 
 #include <cmath>
 #include <limits>

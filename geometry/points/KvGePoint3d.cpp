@@ -182,7 +182,10 @@ int PenetrationPoint(KvGePoint3d& r, const KvGePoint3d& planePoint, const KvGePo
   const double den = planeNormal * d;
   if (eps > std::fabs(den)) return 0;
   const double t = -(planeNormal * (linePoint - planePoint)) / den / len;
-  r = linePoint + lineDirection * t;
+  const KvGePoint3d at = linePoint + lineDirection * t;
+  // NaN passes the strict tests above; a point that is not finite is no piercing point.
+  if (!KvGeDetail::IsFinitePoint(at)) return 0;
+  r = at;
   return 1;
 }
 
@@ -192,10 +195,15 @@ int OrthonormalBasis(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint
   const KvGePoint3d v = d - c;
   const double s = u * u;
   if (IsEqual(s, 0.0, kKvGeLinearTol)) return 0;
-  e1 = u / std::sqrt(s);
-  e2 = v - u * ((v * u) / s);
-  e2.Normalize();
-  e3 = CrossProduct(e1, e2);
+  const KvGePoint3d f1 = u / u.Length();
+  KvGePoint3d f2 = v - u * ((v * u) / s);
+  f2.Normalize();
+  const KvGePoint3d f3 = CrossProduct(f1, f2);
+  // Not finite input, or an overflow on the way, builds no frame.
+  if (!KvGeDetail::IsFinitePoint(f1) || !KvGeDetail::IsFinitePoint(f2) || !KvGeDetail::IsFinitePoint(f3)) return 0;
+  e1 = f1;
+  e2 = f2;
+  e3 = f3;
   return 1;
 }
 
@@ -211,7 +219,9 @@ int Intersection(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& 
   const double s = (CrossProduct(w, v) * n) / den;
   const double t = (CrossProduct(w, u) * n) / den;
   if (mode == 1 && (s < -tol || s > 1.0 + tol || t < -tol || t > 1.0 + tol)) return 0;
-  r = a + u * s;
+  const KvGePoint3d at = a + u * s;
+  if (!KvGeDetail::IsFinitePoint(at)) return 0;  // NaN passes the tests above
+  r = at;
   return 1;
 }
 

@@ -12,7 +12,8 @@
 /// Non-finite input and range: as for plane points. Clip2d, Clip3d and ClipConical3d return 0 and
 /// leave both ends as they were when a coordinate of an end or a corner is not finite;
 /// ClipConical3d interpolates from the end nearer the plane, so a far end gives the exact crossing.
-/// See docs/non-finite-policy.md.
+/// PenetrationPoint, OrthonormalBasis, Intersection and CircleMatch3Points write nothing unless
+/// their results are finite. See docs/non-finite-policy.md.
 
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/algebra/KvGeMatrix.h"

@@ -240,6 +240,22 @@ TEST(NonFinite, PointsAndClipping) {
         EXPECT_TRUE(Same(a, a0) && Same(b, b0));
       }
     }
+    // The space constructions: a piercing point, a frame, the meeting of two lines.
+    if (k < 6) {
+      const P3 keep(-1, -1, -1);
+      P3 r = keep, e1 = keep, e2 = keep, e3 = keep, m = keep;
+      const int pierced = PenetrationPoint(r, P3(0, 0, 0), P3(0, 0, 1), in[0], in[1]);
+      const int frame = OrthonormalBasis(in[0], in[1], P3(0, 0, 0), P3(0, 1, 1), e1, e2, e3);
+      const int met = Intersection(in[0], in[1], P3(0, 0, 5), P3(0, 10, 5), m, 0);
+      if (!finite) {
+        EXPECT_EQ(pierced + frame + met, 0);
+        for (const P3* out : {&r, &e1, &e2, &e3, &m}) EXPECT_TRUE(Same(*out, keep));
+      } else {
+        if (pierced) EXPECT_TRUE(FinitePoint(r));
+        if (frame) EXPECT_TRUE(FinitePoint(e1) && FinitePoint(e2) && FinitePoint(e3));
+        if (met) EXPECT_TRUE(FinitePoint(m));
+      }
+    }
     // Distances propagate; Between2d, a test, answers outside (-1 or -2) or the degenerate 0 for
     // NaN, never a position on the segment.
     if (k < 6) {
