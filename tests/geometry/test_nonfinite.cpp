@@ -54,10 +54,11 @@ bool FinitePoint(const P& p) {
 }
 // A value the policy says propagates: NaN for NaN, not finite for an infinity.
 void ExpectPropagates(double special, double result) {
-  if (std::isnan(special))
+  if (std::isnan(special)) {
     EXPECT_TRUE(std::isnan(result)) << result;
-  else if (std::isinf(special))
+  } else if (std::isinf(special)) {
     EXPECT_FALSE(Finite(result)) << result;
+  }
 }
 double RelErr(double got, double want) {
   return want == 0.0 ? std::fabs(got) : std::fabs(got - want) / std::fabs(want);
@@ -84,10 +85,11 @@ TEST(NonFinite, Vectors) {
     v[k] = s;
     const double want = std::hypot(std::hypot(v.x, v.y), v.z);
     const double len = v.Length();
-    if (Finite(s))
+    if (Finite(s)) {
       EXPECT_LE(RelErr(len, want), 1e-15) << len;
-    else
+    } else {
       ExpectPropagates(s, len);
+    }
     KvGeVector3 n = v;
     const int ok = n.Normalize();
     if (!Finite(s)) {
@@ -180,14 +182,17 @@ TEST(NonFinite, Angles) {
     } else {
       EXPECT_GE(r, 0.0);
       EXPECT_LT(r, 2 * M_PI);
-      if (std::fabs(s.v) < 1.0) EXPECT_TRUE(Same(r, s.v == 0.0 ? s.v : s.v));  // in range: unchanged
+      if (std::fabs(s.v) < 1.0) {
+        EXPECT_TRUE(Same(r, s.v == 0.0 ? s.v : s.v));  // in range: unchanged
+      }
     }
     // The direction of a point: atan2 propagates NaN, and the infinities give their directions.
     const double d = KvGeAngle(s.v, 1.0).Rad();
-    if (std::isnan(s.v))
+    if (std::isnan(s.v)) {
       EXPECT_TRUE(std::isnan(d));
-    else
+    } else {
       EXPECT_TRUE(Finite(d));
+    }
   }
 }
 
@@ -251,20 +256,29 @@ TEST(NonFinite, PointsAndClipping) {
         EXPECT_EQ(pierced + frame + met, 0);
         for (const P3* out : {&r, &e1, &e2, &e3, &m}) EXPECT_TRUE(Same(*out, keep));
       } else {
-        if (pierced) EXPECT_TRUE(FinitePoint(r));
-        if (frame) EXPECT_TRUE(FinitePoint(e1) && FinitePoint(e2) && FinitePoint(e3));
-        if (met) EXPECT_TRUE(FinitePoint(m));
+        if (pierced) {
+          EXPECT_TRUE(FinitePoint(r));
+        }
+        if (frame) {
+          EXPECT_TRUE(FinitePoint(e1) && FinitePoint(e2) && FinitePoint(e3));
+        }
+        if (met) {
+          EXPECT_TRUE(FinitePoint(m));
+        }
       }
     }
     // Distances propagate; Between2d, a test, answers outside (-1 or -2) or the degenerate 0 for
     // NaN, never a position on the segment.
     if (k < 6) {
       const double d = Distance3d(in[0], in[1]);
-      if (finite)
+      if (finite) {
         EXPECT_LE(RelErr(d, std::hypot(std::hypot(in[1].x - in[0].x, in[1].y - in[0].y), in[1].z - in[0].z)), 1e-15);
-      else
+      } else {
         ExpectPropagates(s, d);
-      if (std::isnan(s)) EXPECT_LE(Between2d(P2(0, 0), P2(10, 0), P2(in[0].x, in[0].y)), 0);
+      }
+      if (std::isnan(s)) {
+        EXPECT_LE(Between2d(P2(0, 0), P2(10, 0), P2(in[0].x, in[0].y)), 0);
+      }
     }
   });
 }
@@ -329,9 +343,15 @@ TEST(NonFinite, Boxes) {
     const KvGeBox2d box(P2(0, 0), P2(10, 10));
     // A test: a NaN coordinate lies in no box; the infinities lie outside every finite one.
     const int in = box.IsInside(p, 1);
-    if (!Finite(s)) EXPECT_EQ(in, 0);
-    if (s == 0.0 || (Finite(s) && std::fabs(s) < 1e-300)) EXPECT_EQ(in, 1);
-    if (std::fabs(s) == 1e308) EXPECT_EQ(in, 0);
+    if (!Finite(s)) {
+      EXPECT_EQ(in, 0);
+    }
+    if (s == 0.0 || (Finite(s) && std::fabs(s) < 1e-300)) {
+      EXPECT_EQ(in, 1);
+    }
+    if (std::fabs(s) == 1e308) {
+      EXPECT_EQ(in, 0);
+    }
   });
 }
 
@@ -365,9 +385,15 @@ TEST(NonFinite, LinesAndCrossings) {
       }
       return;
     }
-    if (r) EXPECT_TRUE(FinitePoint(x));
-    if (r2) EXPECT_TRUE(FinitePoint(rec) && Finite(rec.Param0()) && Finite(rec.Param1()));
-    if (par) EXPECT_TRUE(FinitePoint(a1) && FinitePoint(b1));
+    if (r) {
+      EXPECT_TRUE(FinitePoint(x));
+    }
+    if (r2) {
+      EXPECT_TRUE(FinitePoint(rec) && Finite(rec.Param0()) && Finite(rec.Param1()));
+    }
+    if (par) {
+      EXPECT_TRUE(FinitePoint(a1) && FinitePoint(b1));
+    }
     if (std::fabs(s) < 1e-300) {  // -0.0 and the denormal answer as 0.0 does
       e[k / 2][k % 2] = 0.0;
       P2 z = s0;
@@ -409,11 +435,21 @@ TEST(NonFinite, Circles) {
       }
       return;
     }
-    if (by3) EXPECT_TRUE(FinitePoint(c.Center()) && Finite(c.Radius()));
-    if (mid) EXPECT_TRUE(FinitePoint(centre));
-    if (cut) EXPECT_TRUE(FinitePoint(s1) && FinitePoint(s2));
-    if (by2) EXPECT_TRUE(FinitePoint(c2.Center()) && Finite(c2.Radius()));
-    if (bulge) EXPECT_TRUE(FinitePoint(c3.Center()) && Finite(c3.Radius()));
+    if (by3) {
+      EXPECT_TRUE(FinitePoint(c.Center()) && Finite(c.Radius()));
+    }
+    if (mid) {
+      EXPECT_TRUE(FinitePoint(centre));
+    }
+    if (cut) {
+      EXPECT_TRUE(FinitePoint(s1) && FinitePoint(s2));
+    }
+    if (by2) {
+      EXPECT_TRUE(FinitePoint(c2.Center()) && Finite(c2.Radius()));
+    }
+    if (bulge) {
+      EXPECT_TRUE(FinitePoint(c3.Center()) && Finite(c3.Radius()));
+    }
     if (std::fabs(s) < 1e-300) {  // -0.0 and the denormal answer as 0.0 does
       p[k / 2][k % 2] = 0.0;
       KvGeCircle2d z = c0;
@@ -495,17 +531,20 @@ TEST(NonFinite, Queries) {
     EXPECT_EQ(prepared.Containment(p), c);
     // Distances propagate.
     const double d = DistanceSqr2d(square, p);
-    if (Finite(s))
+    if (Finite(s)) {
       EXPECT_TRUE(Finite(d) || std::fabs(s) > 1e150);
-    else
+    } else {
       ExpectPropagates(s, d);
+    }
     // Pieces of a line with that end: none when an end is not finite.
     KvBtDynArray<KvGeLine2d> out;
     P2 q(-5, 5);
     q[k] = s;
     const int n = Intersection2d(KvGeLine2d(q, P2(15, 5)), square, out, 0);
     EXPECT_EQ(n, out.GetSize());
-    if (!Finite(s)) EXPECT_EQ(n, 0);
+    if (!Finite(s)) {
+      EXPECT_EQ(n, 0);
+    }
     for (const KvGeLine2d& l : out) EXPECT_TRUE(FinitePoint(l.P1()) && FinitePoint(l.P2()));
     KvBtDynArray<KvGeLine2d> prepOut;
     EXPECT_EQ(prepared.Intersection2d(KvGeLine2d(q, P2(15, 5)), prepOut, 0), n);
@@ -517,16 +556,18 @@ TEST(NonFinite, PiecewiseFunctions) {
   for (const Special& s : kSpecials) {
     SCOPED_TRACE(s.name);
     const double y = piece.Wert(s.v);
-    if (!Finite(s.v))
+    if (!Finite(s.v)) {
       ExpectPropagates(s.v, y);
-    else
+    } else {
       EXPECT_EQ(y, 0.5 * s.v);
+    }
     KvTlFunktion2d f;
     f.Set(2.0);
     const double fy = f(s.v);
-    if (std::isnan(s.v))
+    if (std::isnan(s.v)) {
       EXPECT_TRUE(std::isnan(fy));
-    else if (std::fabs(s.v) <= 1e9)
+    } else if (std::fabs(s.v) <= 1e9) {
       EXPECT_EQ(fy, 2.0);
+    }
   }
 }
