@@ -4,6 +4,8 @@
 // InsertAt, RemoveAt, Append, RemoveAll, GetData). Out-of-range access falls back on the last
 // element, as in every array of the application; on an empty array a read gives a default
 // value and a reference refers to a scratch element, so no access touches missing memory.
+// Growing does not throw: when memory runs out the array keeps its elements, Add and Append
+// answer -1 and SetSize and InsertAt leave the size as it was.
 
 #include <vector>
 
@@ -22,7 +24,12 @@ class KvBtSimpleArray {
   int GetSize() const { return static_cast<int>(m_Items.size()); }
   int GetUpperBound() const { return GetSize() - 1; }
   int IsEmpty() const { return m_Items.empty() ? 1 : 0; }
-  void SetSize(int n) { m_Items.resize(n > 0 ? static_cast<std::size_t>(n) : 0); }
+  void SetSize(int n) {
+    try {
+      m_Items.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
+    } catch (...) {  // no memory: unchanged
+    }
+  }
   void RemoveAll() { m_Items.clear(); }
 
   T GetAt(int i) const { return m_Items.empty() ? T() : m_Items[Clamp(i)]; }
@@ -34,20 +41,33 @@ class KvBtSimpleArray {
   T& operator[](int i) { return ElementAt(i); }
   void SetAt(int i, const T& v) { ElementAt(i) = v; }
   int Add(const T& v) {
-    m_Items.push_back(v);
+    try {
+      m_Items.push_back(v);
+    } catch (...) {
+      return -1;
+    }
     return GetUpperBound();
   }
   int Append(const KvBtSimpleArray& o) {
     const int first = GetSize();
-    if (&o != this) m_Items.insert(m_Items.end(), o.m_Items.begin(), o.m_Items.end());
+    try {
+      if (&o != this) m_Items.insert(m_Items.end(), o.m_Items.begin(), o.m_Items.end());
+    } catch (...) {
+      return -1;
+    }
     return first;
   }
   // Inserts count copies of v before index i; an index past the end pads with default values.
   void InsertAt(int i, const T& v, int count = 1) {
     if (i < 0 || count <= 0) return;
     const T copy(v);
-    if (static_cast<std::size_t>(i) > m_Items.size()) m_Items.resize(static_cast<std::size_t>(i));
-    m_Items.insert(m_Items.begin() + i, static_cast<std::size_t>(count), copy);
+    const std::size_t size = m_Items.size();
+    try {
+      if (static_cast<std::size_t>(i) > size) m_Items.resize(static_cast<std::size_t>(i));
+      m_Items.insert(m_Items.begin() + i, static_cast<std::size_t>(count), copy);
+    } catch (...) {
+      if (m_Items.size() > size) m_Items.resize(size);  // drops the padding again, no allocation
+    }
   }
   void RemoveAt(int i, int count = 1) {
     if (i < 0 || count < 0 || i >= GetSize()) return;

@@ -16,6 +16,11 @@
 //
 // The "23d" and KvGePoint3d forms work in plan (x and y); their crossing point has z = 0.
 
+/// \file
+/// Non-finite input: a crossing with a coordinate that is not finite, or one that overflows, is no
+/// crossing: 0, outputs untouched (a record stays cleared); ParalellLine2d returns 0 the same way.
+/// See docs/non-finite-policy.md.
+
 #include <cmath>
 
 #include "basics/UtilityGeometryExport.h"
@@ -56,7 +61,8 @@ struct FirstLine {
     const double f = 1.0 / c;
     sx = (d1x * k2 - d2x * k1) * f;
     sy = (d1y * k2 - d2y * k1) * f;
-    return 1;
+    // A coordinate that is not finite (or huge ones that overflow) gives no crossing.
+    return std::isfinite(sx) && std::isfinite(sy) ? 1 : 0;
   }
 
   // The side of q from the line: its distance times l1, positive to the left.

@@ -282,6 +282,7 @@ std::size_t KvGePreparedRegion2d::MemoryUsage() const {
 
 unsigned short KvGePreparedRegion2d::Containment(const KvGePoint2d& p) const {
   const double px = p.x, py = p.y;
+  if (!std::isfinite(px) || !std::isfinite(py)) return 1;  // as the free function
   if (!m_bFast || !(std::fabs(px) <= kLimit && std::fabs(py) <= kLimit)) return ExactPoint(px, py, false);
   if (m_Nodes.empty()) return 1;
   const double* X = m_X.data();
@@ -482,6 +483,7 @@ unsigned short KvGePreparedRegion2d::Containment(const KvGePolygon2d& tested) co
 int KvGePreparedRegion2d::Containment(const KvGePoint2dArray& points, KvBtDynArray<unsigned short>& results) const {
   const int n = points.GetSize();
   results.SetSize(n);
+  if (results.GetSize() != n) return 0;  // no memory
   unsigned short* out = results.GetData();
   const KvGePoint2d* p = points.GetData();
   for (int i = 0; i < n; ++i) out[i] = Containment(p[i]);

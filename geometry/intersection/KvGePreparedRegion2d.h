@@ -43,6 +43,10 @@
 // Concurrency: the object is not changed after it is built; every const member may be called
 // from any number of threads on one shared object without a lock.
 
+/// \file
+/// Non-finite input and range: every query answers as the free function does; coordinates beyond
+/// 1e8 or not finite take the exact path. See docs/non-finite-policy.md.
+
 #include <cstddef>
 #include <cstdint>
 #include <vector>
