@@ -168,9 +168,18 @@ KvGeSvgWriter& KvGeSvgWriter::Clear() {
 }
 
 KvGeBox2d KvGeSvgWriter::BoundingBox() const {
+  // Started at the first point rather than folded into the empty box, whose corners at 1e9 would
+  // otherwise stretch the view of content lying beyond them.
   KvGeBox2d box;
-  for (const Item& item : m_Items)
-    for (std::size_t i = 0; i + 1 < item.xy.size(); i += 2) box.Include(KvGePoint2d(item.xy[i], item.xy[i + 1]));
+  bool any = false;
+  for (const Item& item : m_Items) {
+    for (std::size_t i = 0; i + 1 < item.xy.size(); i += 2) {
+      const KvGePoint2d p(item.xy[i], item.xy[i + 1]);
+      if (!any) box.Set(p, p);
+      box.Include(p);
+      any = true;
+    }
+  }
   return box;
 }
 

@@ -65,6 +65,17 @@ TEST(Svg, StylesPointsLabelsAndDegenerateContent) {
   EXPECT_NE(KvGeSvgWriter().Write().find("</svg>"), std::string::npos);  // nothing added: still a document
 }
 
+// Far from the origin (survey coordinates in millimetres) the view is the content's own box.
+TEST(Svg, FarContent) {
+  KvGeSvgWriter svg;
+  svg.AddPoint(KvGePoint2d(2e9, -3e9)).AddPoint(KvGePoint2d(2e9 + 100, -3e9 + 50));
+  EXPECT_EQ(svg.BoundingBox().Min().x, 2e9);
+  EXPECT_EQ(svg.BoundingBox().Max().y, -3e9 + 50);
+  const std::string far = svg.Write();
+  EXPECT_NE(far.find("cx=\"36.36\" cy=\"400\""), std::string::npos) << far;
+  EXPECT_NE(far.find("cx=\"763.64\" cy=\"36.36\""), std::string::npos) << far;
+}
+
 TEST(Svg, WriteFile) {
   KvGeSvgWriter svg;
   svg.SetTitle("pieces").AddPoint(KvGePoint2d(1, 2));
