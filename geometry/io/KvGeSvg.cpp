@@ -32,24 +32,62 @@ int Finite(double x, double y) { return std::isfinite(x) && std::isfinite(y); }
 
 void Num(double v, std::string& out) { KvGeWriteWktNumber(v + 0.0, out); }
 
+// The length of the well-formed UTF-8 sequence at s[i] (1 to 4 bytes, no overlong forms, no
+// surrogates, at most U+10FFFF), or 0.
+std::size_t Utf8Length(const std::string& s, std::size_t i) {
+  const unsigned char c = static_cast<unsigned char>(s[i]);
+  std::size_t n = 0;
+  unsigned lo = 0x80, hi = 0xBF;  // the range of the second byte
+  if (c < 0x80) return 1;
+  if (c >= 0xC2 && c <= 0xDF) {
+    n = 2;
+  } else if (c >= 0xE0 && c <= 0xEF) {
+    n = 3;
+    if (c == 0xE0) lo = 0xA0;
+    if (c == 0xED) hi = 0x9F;
+  } else if (c >= 0xF0 && c <= 0xF4) {
+    n = 4;
+    if (c == 0xF0) lo = 0x90;
+    if (c == 0xF4) hi = 0x8F;
+  } else {
+    return 0;
+  }
+  if (i + n > s.size()) return 0;
+  for (std::size_t k = 1; k < n; ++k) {
+    const unsigned char b = static_cast<unsigned char>(s[i + k]);
+    if (b < (k == 1 ? lo : 0x80) || b > (k == 1 ? hi : 0xBF)) return 0;
+  }
+  return n;
+}
+
+// Text as XML character data. What XML 1.0 cannot hold - control bytes other than tab, line
+// feed and carriage return, and bytes that are not well-formed UTF-8 - becomes U+FFFD, so that a
+// title or label taken from anywhere leaves the document well-formed.
 void Escaped(const std::string& text, std::string& out) {
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += c;
+  for (std::size_t i = 0; i < text.size();) {
+    const char c = text[i];
+    const std::size_t n = Utf8Length(text, i);
+    if (n == 0 || (static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r')) {
+      out += "\xEF\xBF\xBD";
+      // A broken sequence is replaced as a whole: its lead byte and the continuation bytes after it.
+      ++i;
+      while (n == 0 && i < text.size() && (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80) ++i;
+      continue;
     }
+    if (n > 1) {
+      out.append(text, i, n);
+    } else if (c == '&') {
+      out += "&amp;";
+    } else if (c == '<') {
+      out += "&lt;";
+    } else if (c == '>') {
+      out += "&gt;";
+    } else if (c == '"') {
+      out += "&quot;";
+    } else {
+      out += c;
+    }
+    i += n;
   }
 }
 

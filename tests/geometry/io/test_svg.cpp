@@ -76,6 +76,20 @@ TEST(Svg, FarContent) {
   EXPECT_NE(far.find("cx=\"763.64\" cy=\"36.36\""), std::string::npos) << far;
 }
 
+// Text that XML cannot hold (control bytes, bytes that are not UTF-8) is replaced, so that the
+// document stays well-formed.
+TEST(Svg, TextXmlCannotHold) {
+  KvGeSvgWriter svg;
+  const std::string bad = std::string(
+      "a\x01"
+      "b\xff\tc\xc3\xa9");
+  svg.SetTitle(bad).AddLabel(KvGePoint2d(0, 0), std::string("x\0y\xe2\x82", 5));
+  const std::string text = svg.Write();
+  const std::string replaced = "\xef\xbf\xbd";  // U+FFFD
+  EXPECT_NE(text.find("<title>a" + replaced + "b" + replaced + "\tc\xc3\xa9</title>"), std::string::npos) << text;
+  EXPECT_NE(text.find(">x" + replaced + "y" + replaced + "</text>"), std::string::npos) << text;
+}
+
 TEST(Svg, WriteFile) {
   KvGeSvgWriter svg;
   svg.SetTitle("pieces").AddPoint(KvGePoint2d(1, 2));
