@@ -101,7 +101,7 @@ KvGeSvgWriter& KvGeSvgWriter::SetWidth(int pixels) {
 }
 
 KvGeSvgWriter& KvGeSvgWriter::SetMargin(double fraction) {
-  m_Margin = (fraction > 0.0 && std::isfinite(fraction)) ? fraction : 0.0;
+  m_Margin = (fraction > 0.0 && std::isfinite(fraction)) ? std::fmin(fraction, 1e6) : 0.0;
   return *this;
 }
 
@@ -228,6 +228,18 @@ void KvGeSvgWriter::Render(std::string& out) const {
   const int empty = box.Min().x > box.Max().x || box.Min().y > box.Max().y;
   double x0 = empty ? 0.0 : box.Min().x, x1 = empty ? 1.0 : box.Max().x;
   double y0 = empty ? 0.0 : box.Min().y, y1 = empty ? 1.0 : box.Max().y;
+  // Content whose extent, with the margin and times the width in pixels, overflows a double
+  // (finite coordinates near 1e308 on both sides) is viewed in units scaled down by a power of
+  // two, so that no pixel is NaN.
+  double s = 1.0;
+  for (int k = 0; k < 5; ++k) {
+    if (std::isfinite(0x1p32 * (1.0 + 2.0 * m_Margin) * std::fmax(x1 * s - x0 * s, y1 * s - y0 * s))) break;
+    s *= 1.0 / 256.0;
+  }
+  x0 *= s;
+  x1 *= s;
+  y0 *= s;
+  y1 *= s;
   const double extent = std::fmax(x1 - x0, y1 - y0);
   const double least = (extent > 1e-290 && std::isfinite(extent)) ? 0.02 * extent : 1.0;
   if (x1 - x0 < least) {
@@ -246,10 +258,15 @@ void KvGeSvgWriter::Render(std::string& out) const {
   double height = std::round(m_Width * vh / vw);
   if (!(height >= 16.0)) height = 16.0;
   if (height > 100000.0) height = 100000.0;
-  const double scale = m_Width / vw;  // pixels per drawing unit
-  // Pixels from the top left corner, y turned downward as SVG counts it.
-  const auto px = [&](double x, std::string& to) { Num(std::round((x - left) * scale * 100.0) / 100.0, to); };
-  const auto py = [&](double y, std::string& to) { Num(std::round((top - y) * scale * 100.0) / 100.0, to); };
+  const double scale = m_Width / vw;  // pixels per (scaled) drawing unit
+  // Pixels from the top left corner, y turned downward as SVG counts it, moved by a number of
+  // pixels right (dx) and up (dy).
+  const auto px = [&](double x, std::string& to, double dx = 0.0) {
+    Num(std::round(((x * s - left) * scale + dx) * 100.0) / 100.0, to);
+  };
+  const auto py = [&](double y, std::string& to, double dy = 0.0) {
+    Num(std::round(((top - y * s) * scale - dy) * 100.0) / 100.0, to);
+  };
 
   out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"";
   out += std::to_string(m_Width);
@@ -289,9 +306,9 @@ void KvGeSvgWriter::Render(std::string& out) const {
           out += "<text class=\"";
           out += style;
           out += "\" x=\"";
-          px(x + 5.0 / scale, out);
+          px(x, out, 5.0);
           out += "\" y=\"";
-          py(y + 5.0 / scale, out);
+          py(y, out, 5.0);
           out += "\">";
           Escaped(item.text, out);
           out += "</text>\n";

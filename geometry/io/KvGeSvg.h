@@ -53,7 +53,7 @@ class KVGE_API KvGeSvgWriter {
   /// height follows from the content's aspect ratio.
   KvGeSvgWriter& SetWidth(int pixels);
   /// The margin around the content as a fraction of its larger extent (default 0.05; negative
-  /// values count as 0).
+  /// values count as 0, values above 1e6 as 1e6).
   KvGeSvgWriter& SetMargin(double fraction);
   /// A title shown by viewers (the SVG title element); empty for none. Text is escaped; bytes
   /// that XML cannot hold (control bytes, malformed UTF-8) become U+FFFD.

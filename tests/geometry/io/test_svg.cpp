@@ -74,6 +74,15 @@ TEST(Svg, FarContent) {
   const std::string far = svg.Write();
   EXPECT_NE(far.find("cx=\"36.36\" cy=\"400\""), std::string::npos) << far;
   EXPECT_NE(far.find("cx=\"763.64\" cy=\"36.36\""), std::string::npos) << far;
+
+  // Finite content whose extent overflows a double still gets finite pixels.
+  KvGeSvgWriter huge;
+  huge.AddPoint(KvGePoint2d(-1e308, -1e308)).AddPoint(KvGePoint2d(1.5e308, 1e308)).SetMargin(1e300);
+  const std::string h = huge.Write();
+  EXPECT_EQ(h.find("nan"), std::string::npos) << h;
+  EXPECT_EQ(h.find("inf"), std::string::npos) << h;
+  EXPECT_EQ(Count(h, "<circle"), 2);
+  EXPECT_NE(h.find("height=\"800\""), std::string::npos) << h;  // margins of 1e6 extents: square
 }
 
 // Text that XML cannot hold (control bytes, bytes that are not UTF-8) is replaced, so that the
