@@ -106,19 +106,22 @@ void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep) {
   }
 }
 
-// The same for a closed ring: the run starts and ends at its sharpest corner, which no rule
-// removes. The result lists the kept ring indices without a closing duplicate; fewer than three
-// when the ring collapses.
+// The same for a closed ring. The run starts and ends at its sharpest corner, which the open
+// rules keep; once the others are settled, that corner goes too when it and every point removed
+// around it lie within eps of the line through its kept neighbours (a finely digitised circle
+// has no corner beyond eps at all). The result lists the kept ring indices without a closing
+// duplicate; fewer than three when the ring collapses.
 void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, std::vector<int>& keep) {
   keep.clear();
   const int n = static_cast<int>(ring.size());
   if (n < 3) return;
+  const double epsSqr = eps * eps;
   int start = -1;
-  double best = eps * eps;
+  double best = -1.0;
   for (int i = 0; i < n; ++i) {
     const Pt& a = ring[(i + n - 1) % n];
     const Pt& c = ring[(i + 1) % n];
-    if (DistSqr(a, c) <= eps * eps) continue;
+    if (DistSqr(a, c) <= epsSqr) continue;
     const double d = LineDistSqr(a, c, ring[i]);
     if (d > best) {
       best = d;
@@ -134,6 +137,14 @@ void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, 
     return;
   }
   keep.pop_back();  // the closing duplicate of the start
+  if (keep.size() > 3) {
+    const Pt& prev = run[static_cast<std::size_t>(keep.back())];
+    const Pt& next = run[static_cast<std::size_t>(keep[1])];
+    bool straight = DistSqr(prev, next) > epsSqr;
+    for (int k = keep.back() + 1; straight && k <= n; ++k) straight = LineDistSqr(prev, next, run[k]) <= epsSqr;
+    for (int k = 1; straight && k < keep[1]; ++k) straight = LineDistSqr(prev, next, run[k]) <= epsSqr;
+    if (straight) keep.erase(keep.begin());
+  }
   for (int& k : keep) k = (k + start) % n;
 }
 
@@ -210,7 +221,9 @@ void TreeToPaths(const CL::PolyTree& tree, CL::Paths& paths) {
   paths.clear();
   paths.reserve(static_cast<std::size_t>(tree.Total()));
   CL::Path scratch;
-  std::vector<const CL::PolyNode*> outers(tree.Childs.begin(), tree.Childs.end());
+  std::vector<const CL::PolyNode*> outers;
+  outers.reserve(static_cast<std::size_t>(tree.Total()));
+  for (const CL::PolyNode* outer : tree.Childs) outers.push_back(outer);
   for (std::size_t i = 0; i < outers.size(); ++i) {
     const CL::PolyNode* outer = outers[i];
     AppendSplit(outer->Contour, paths, scratch);
@@ -284,18 +297,103 @@ bool CleanPaths(CL::Paths& paths) {
   return changed;
 }
 
-// Takes a clipping result in tree form to the normalised ring list: clean-up, a new union of
-// the cleaned rings while the clean-up changes anything, and a last clean-up, so the local
-// rules hold on every result. Rings that a clean-up made touch are valid as they stand.
-void Tidy(const CL::PolyTree& first, CL::Paths& paths) {
-  TreeToPaths(first, paths);
+// Whether the hole lies inside the outer ring (rings of a clipping result: they do not cross,
+// but may touch at vertices): judged at the first vertex of the hole that is not on the ring.
+bool HoleInside(const CL::Path& hole, const CL::Path& outer) {
+  for (const CL::IntPoint& p : hole) {
+    const int inside = CL::PointInPolygon(p, outer);
+    if (inside >= 0) return inside == 1;
+  }
+  return true;  // every vertex on the ring, and the boxes nested: the hole is the ring's own
+}
+
+struct GridBox {
+  CL::cInt x0, y0, x1, y1;
+  bool Holds(const GridBox& b) const { return x0 <= b.x0 && y0 <= b.y0 && b.x1 <= x1 && b.y1 <= y1; }
+};
+
+GridBox BoxOf(const CL::Path& path) {
+  GridBox b{path[0].X, path[0].Y, path[0].X, path[0].Y};
+  for (const CL::IntPoint& p : path) {
+    b.x0 = std::min(b.x0, p.X);
+    b.y0 = std::min(b.y0, p.Y);
+    b.x1 = std::max(b.x1, p.X);
+    b.y1 = std::max(b.y1, p.Y);
+  }
+  return b;
+}
+
+// Beyond this many pairs of outer ring and hole the holes are placed by a second union in tree
+// form, whose cost grows with the rings' size rather than with the pairs.
+constexpr double kMaxHolePairs = 4e6;
+
+// The rings of a clipping result in the normalised order: each outer ring followed by its
+// holes; rings that touch themselves split. The clipping library is asked for a plain list: its
+// tree form costs it a pass over all rings at every join of two (quadratic on a floor of many
+// rooms sharing walls). A hole belongs to the smallest outer ring around it; when there are too
+// many pairs to try, a second union into the tree form sorts them.
+void Arrange(const CL::Paths& list, CL::Paths& paths, std::vector<double>& area, std::vector<std::size_t>& outers,
+             std::vector<std::size_t>& holes, std::vector<std::size_t>& owner) {
+  area.resize(list.size());
+  outers.clear();
+  holes.clear();
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    area[i] = list[i].empty() ? 0.0 : CL::Area(list[i]);
+    (area[i] >= 0 ? outers : holes).push_back(i);
+  }
+  paths.clear();
+  paths.reserve(list.size());
+  CL::Path scratch;
+  if (holes.empty()) {
+    for (const CL::Path& ring : list) AppendSplit(ring, paths, scratch);
+    return;
+  }
+  owner.assign(list.size(), list.size());
+  if (static_cast<double>(holes.size()) * static_cast<double>(outers.size()) <= kMaxHolePairs) {
+    std::sort(outers.begin(), outers.end(), [&](std::size_t a, std::size_t b) { return area[a] < area[b]; });
+    std::vector<GridBox> box(list.size());
+    for (std::size_t i = 0; i < list.size(); ++i)
+      if (!list[i].empty()) box[i] = BoxOf(list[i]);
+    for (const std::size_t h : holes) {
+      if (list[h].empty()) continue;
+      for (const std::size_t o : outers)
+        if (!list[o].empty() && box[o].Holds(box[h]) && HoleInside(list[h], list[o])) {
+          owner[h] = o;
+          break;
+        }
+    }
+  }
+  if (std::any_of(holes.begin(), holes.end(), [&](std::size_t h) { return owner[h] == list.size(); })) {
+    CL::Clipper c;
+    c.AddPaths(list, CL::ptSubject, true);
+    CL::PolyTree tree;
+    c.Execute(CL::ctUnion, tree, CL::pftPositive, CL::pftPositive);
+    TreeToPaths(tree, paths);
+    return;
+  }
+  // Each outer ring in the order of the list, its holes after it in the same order.
+  std::stable_sort(holes.begin(), holes.end(), [&](std::size_t a, std::size_t b) { return owner[a] < owner[b]; });
+  std::size_t next = 0;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (area[i] < 0) continue;
+    AppendSplit(list[i], paths, scratch);
+    for (; next < holes.size() && owner[holes[next]] == i; ++next) AppendSplit(list[holes[next]], paths, scratch);
+  }
+}
+
+// Takes a clipping result to the normalised ring list: clean-up, a new union of the cleaned
+// rings while the clean-up changes anything, and a last clean-up, so the local rules hold on
+// every result. Rings that a clean-up made touch are valid as they stand. list is scratch.
+void Tidy(CL::Paths& list, CL::Paths& paths) {
+  std::vector<double> area;
+  std::vector<std::size_t> outers, holes, owner;
+  Arrange(list, paths, area, outers, holes, owner);
   bool changed = CleanPaths(paths);
   for (int round = 0; changed && round < kTidyRounds; ++round) {
     CL::Clipper c;
     c.AddPaths(paths, CL::ptSubject, true);
-    CL::PolyTree tree;
-    c.Execute(CL::ctUnion, tree, CL::pftPositive, CL::pftPositive);
-    TreeToPaths(tree, paths);
+    c.Execute(CL::ctUnion, list, CL::pftPositive, CL::pftPositive);
+    Arrange(list, paths, area, outers, holes, owner);
     changed = CleanPaths(paths);
   }
 }
@@ -312,9 +410,9 @@ bool Clip(const CL::Paths& subject, const CL::Paths* clip, CL::ClipType type, CL
     CL::Clipper c;
     c.AddPaths(subject, CL::ptSubject, true);
     if (clip) c.AddPaths(*clip, CL::ptClip, true);
-    CL::PolyTree tree;
-    if (!c.Execute(type, tree, CL::pftPositive, clipFill)) return false;
-    Tidy(tree, result);
+    CL::Paths list;
+    if (!c.Execute(type, list, CL::pftPositive, clipFill)) return false;
+    Tidy(list, result);
     return true;
   } catch (...) {
     return false;
@@ -361,9 +459,9 @@ bool Offset(const CL::Paths& paths, double distance, CL::JoinType jt, CL::EndTyp
   try {
     CL::ClipperOffset co(miterLimit, eps * kArcShare * kKvGeRegionScale);
     co.AddPaths(paths, jt, et);
-    CL::PolyTree tree;
-    co.Execute(tree, distance * kKvGeRegionScale);
-    Tidy(tree, result);
+    CL::Paths list;
+    co.Execute(list, distance * kKvGeRegionScale);
+    Tidy(list, result);
     return true;
   } catch (...) {
     return false;

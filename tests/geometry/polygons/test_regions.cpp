@@ -7,6 +7,7 @@
 #include "geometry/intersection/KvGeContainment2d.h"
 #include "geometry/intersection/KvGeDistance2d.h"
 #include "geometry/points/KvGeAngle.h"
+#include "geometry/polygons/KvGeParallel2d.h"
 #include "region_check.h"
 
 using namespace regiontest;
@@ -316,4 +317,22 @@ TEST(RegionCorpus, CoordinatesAtTheRangeLimitAndBeyond) {
     EXPECT_EQ(n.Normalize(), 0);
     EXPECT_EQ(n.GetData()[0].GetSize(), 3);
   }
+}
+
+TEST(RegionCorpus, FinelyDigitisedCircle) {
+  // No vertex lies farther than 0.001 from its neighbours' line, yet the ring bends all round:
+  // it is thinned to chords within 0.001 of every input vertex, never dropped.
+  KvGePolygon2d circle;
+  for (int k = 0; k < 20000; ++k)
+    circle.Add(P(100 * std::cos(k * 2 * 3.141592653589793 / 20000), 100 * std::sin(k * 2 * 3.141592653589793 / 20000)));
+  KvGePolygon2dArray n = Set({circle});
+  ASSERT_EQ(n.Normalize(), 1);
+  ExpectNormalised(n);
+  ASSERT_EQ(n.GetSize(), 1);
+  EXPECT_LT(n.GetData()[0].GetSize(), 2000);
+  EXPECT_NEAR(n.Area(), circle.Area(), 0.001 * circle.Perimeter());
+  for (int k = 0; k < circle.GetSize(); k += 97) EXPECT_LE(std::sqrt(EdgeDistanceSqr(n, circle[k])), 0.001 + 1e-6);
+  KvGePolygon2d cleaned = circle;
+  ASSERT_EQ(StreckenzugKorrigieren2d(cleaned), 1);
+  EXPECT_NEAR(cleaned.Area(), circle.Area(), 0.001 * circle.Perimeter());
 }
