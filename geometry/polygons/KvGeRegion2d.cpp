@@ -264,12 +264,22 @@ bool CollapseShortEdges(std::vector<Pt>& ring, double eps) {
   return any;
 }
 
+struct Seg {
+  Pt a, b;
+};
+
+bool LessPt(const Pt& p, const Pt& q) { return p.x < q.x || (p.x == q.x && p.y < q.y); }
+bool LessSeg(const Seg& s, const Seg& t) { return LessPt(s.a, t.a) || (!LessPt(t.a, s.a) && LessPt(s.b, t.b)); }
+
 // Collapses short edges, removes near-collinear vertices and spikes (within 0.001) and drops
-// rings below the smallest area; true when anything changed.
-bool CleanPaths(CL::Paths& paths) {
+// rings below the smallest area; true when anything changed. The edges that a changed ring did
+// not have before go to fresh.
+bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
   bool changed = false;
+  fresh.clear();
   std::vector<Pt> ring, run;
   std::vector<int> keep;
+  std::vector<Seg> before;
   std::size_t out = 0;
   for (std::size_t i = 0; i < paths.size(); ++i) {
     CL::Path& path = paths[i];
@@ -280,11 +290,25 @@ bool CleanPaths(CL::Paths& paths) {
     CleanClosed(ring, kGridTol, run, keep);
     if (collapsed || keep.size() != path.size()) {
       changed = true;
+      before.clear();
+      for (std::size_t k = 0; k < path.size(); ++k) {
+        const CL::IntPoint& p = path[k];
+        const CL::IntPoint& q = path[(k + 1) % path.size()];
+        before.push_back(Seg{Pt{static_cast<double>(p.X), static_cast<double>(p.Y)},
+                             Pt{static_cast<double>(q.X), static_cast<double>(q.Y)}});
+      }
+      std::sort(before.begin(), before.end(), LessSeg);
       path.resize(keep.size());
       for (std::size_t k = 0; k < keep.size(); ++k) {
         const Pt& p = ring[static_cast<std::size_t>(keep[k])];
         path[k] = CL::IntPoint(static_cast<CL::cInt>(p.x), static_cast<CL::cInt>(p.y));
       }
+      if (path.size() >= 3)
+        for (std::size_t k = 0; k < keep.size(); ++k) {
+          const Seg e{ring[static_cast<std::size_t>(keep[k])],
+                      ring[static_cast<std::size_t>(keep[(k + 1) % keep.size()])]};
+          if (!std::binary_search(before.begin(), before.end(), e, LessSeg)) fresh.push_back(e);
+        }
     }
     if (path.size() < 3 || std::fabs(CL::Area(path)) < kGridMinArea) {
       changed = true;
@@ -295,6 +319,64 @@ bool CleanPaths(CL::Paths& paths) {
   }
   paths.resize(out);
   return changed;
+}
+
+// Squared distance of p from the segment from a to b.
+double SegDistSqr(const Pt& a, const Pt& b, const Pt& p) {
+  const double dx = b.x - a.x, dy = b.y - a.y, len = dx * dx + dy * dy;
+  double t = len > 0 ? ((p.x - a.x) * dx + (p.y - a.y) * dy) / len : 0.0;
+  t = std::min(1.0, std::max(0.0, t));
+  const Pt q{a.x + t * dx - p.x, a.y + t * dy - p.y};
+  return q.x * q.x + q.y * q.y;
+}
+
+// Whether two edges come closer than two grid units anywhere but at an end point they share:
+// where a clean-up may have made rings cross or touch along an edge. Computed relative to one
+// end point, so that far coordinates keep their precision.
+bool EdgesMeet(const Seg& f, const Seg& e) {
+  const Pt a{0, 0}, b{f.b.x - f.a.x, f.b.y - f.a.y};
+  const Pt c{e.a.x - f.a.x, e.a.y - f.a.y}, d{e.b.x - f.a.x, e.b.y - f.a.y};
+  constexpr double kNearSqr = 4.0;
+  const bool ac = c.x == a.x && c.y == a.y, ad = d.x == a.x && d.y == a.y;
+  const bool bc = c.x == b.x && c.y == b.y, bd = d.x == b.x && d.y == b.y;
+  if ((ac && bd) || (ad && bc)) return false;  // the same edge
+  if (ac || ad || bc || bd) {
+    // Sharing an end point, they meet elsewhere only when one runs along the other.
+    const Pt& fFar = (ac || ad) ? b : a;
+    const Pt& eFar = (ac || bc) ? d : c;
+    return SegDistSqr(c, d, fFar) <= kNearSqr || SegDistSqr(a, b, eFar) <= kNearSqr;
+  }
+  const double o1 = Cross(a, b, c), o2 = Cross(a, b, d), o3 = Cross(c, d, a), o4 = Cross(c, d, b);
+  if (((o1 < 0 && o2 > 0) || (o1 > 0 && o2 < 0)) && ((o3 < 0 && o4 > 0) || (o3 > 0 && o4 < 0))) return true;
+  return SegDistSqr(a, b, c) <= kNearSqr || SegDistSqr(a, b, d) <= kNearSqr || SegDistSqr(c, d, a) <= kNearSqr ||
+         SegDistSqr(c, d, b) <= kNearSqr;
+}
+
+// Beyond this many pairs of a new edge and an edge of the result, a new union settles the
+// clean-up without looking.
+constexpr double kMaxFreshPairs = 2e7;
+
+// Whether an edge that the clean-up made may cross or touch another edge of the rings; false
+// only when every new edge was checked against every edge near it.
+bool FreshEdgesMeet(const CL::Paths& paths, const std::vector<Seg>& fresh) {
+  if (fresh.empty()) return false;
+  double edges = 0;
+  for (const CL::Path& p : paths) edges += static_cast<double>(p.size());
+  if (edges * static_cast<double>(fresh.size()) > kMaxFreshPairs) return true;
+  for (const Seg& f : fresh) {
+    const double x0 = std::min(f.a.x, f.b.x) - 2, x1 = std::max(f.a.x, f.b.x) + 2;
+    const double y0 = std::min(f.a.y, f.b.y) - 2, y1 = std::max(f.a.y, f.b.y) + 2;
+    for (const CL::Path& path : paths)
+      for (std::size_t k = 0; k < path.size(); ++k) {
+        const CL::IntPoint& p = path[k];
+        const CL::IntPoint& q = path[(k + 1) % path.size()];
+        const double px = static_cast<double>(p.X), py = static_cast<double>(p.Y);
+        const double qx = static_cast<double>(q.X), qy = static_cast<double>(q.Y);
+        if (std::max(px, qx) < x0 || std::min(px, qx) > x1 || std::max(py, qy) < y0 || std::min(py, qy) > y1) continue;
+        if (EdgesMeet(f, Seg{Pt{px, py}, Pt{qx, qy}})) return true;
+      }
+  }
+  return false;
 }
 
 // Whether the hole lies inside the outer ring (rings of a clipping result: they do not cross,
@@ -354,13 +436,17 @@ void Arrange(const CL::Paths& list, CL::Paths& paths, std::vector<double>& area,
     std::vector<GridBox> box(list.size());
     for (std::size_t i = 0; i < list.size(); ++i)
       if (!list[i].empty()) box[i] = BoxOf(list[i]);
+    // Every hole of a clipping result lies in some outer ring, so the last outer ring whose box
+    // holds the hole's box is its owner without a look at its edges.
     for (const std::size_t h : holes) {
       if (list[h].empty()) continue;
-      for (const std::size_t o : outers)
-        if (!list[o].empty() && box[o].Holds(box[h]) && HoleInside(list[h], list[o])) {
-          owner[h] = o;
-          break;
-        }
+      std::size_t last = list.size();
+      for (const std::size_t o : outers) {
+        if (list[o].empty() || !box[o].Holds(box[h])) continue;
+        if (last != list.size() && HoleInside(list[h], list[last])) break;
+        last = o;
+      }
+      owner[h] = last;
     }
   }
   if (std::any_of(holes.begin(), holes.end(), [&](std::size_t h) { return owner[h] == list.size(); })) {
@@ -381,20 +467,22 @@ void Arrange(const CL::Paths& list, CL::Paths& paths, std::vector<double>& area,
   }
 }
 
-// Takes a clipping result to the normalised ring list: clean-up, a new union of the cleaned
-// rings while the clean-up changes anything, and a last clean-up, so the local rules hold on
-// every result. Rings that a clean-up made touch are valid as they stand. list is scratch.
+// Takes a clipping result to the normalised ring list: clean-up, and while the clean-up made an
+// edge that may cross or touch another, a new union of the cleaned rings and a new clean-up, so
+// the local rules hold on every result. Rings that a last clean-up made touch are valid as they
+// stand. list is scratch.
 void Tidy(CL::Paths& list, CL::Paths& paths) {
   std::vector<double> area;
   std::vector<std::size_t> outers, holes, owner;
   Arrange(list, paths, area, outers, holes, owner);
-  bool changed = CleanPaths(paths);
-  for (int round = 0; changed && round < kTidyRounds; ++round) {
+  std::vector<Seg> fresh;
+  bool changed = CleanPaths(paths, fresh);
+  for (int round = 0; changed && round < kTidyRounds && FreshEdgesMeet(paths, fresh); ++round) {
     CL::Clipper c;
     c.AddPaths(paths, CL::ptSubject, true);
     c.Execute(CL::ctUnion, list, CL::pftPositive, CL::pftPositive);
     Arrange(list, paths, area, outers, holes, owner);
-    changed = CleanPaths(paths);
+    changed = CleanPaths(paths, fresh);
   }
 }
 
