@@ -330,26 +330,29 @@ double SegDistSqr(const Pt& a, const Pt& b, const Pt& p) {
   return q.x * q.x + q.y * q.y;
 }
 
-// Whether two edges come closer than two grid units anywhere but at an end point they share:
-// where a clean-up may have made rings cross or touch along an edge. Computed relative to one
-// end point, so that far coordinates keep their precision.
-bool EdgesMeet(const Seg& f, const Seg& e) {
+// How two edges meet: 0 not at all (not closer than two grid units), 1 at an end point they
+// share and nowhere else, 2 elsewhere (crossing, touching, or one running along the other):
+// where a clean-up may have made rings cross or touch. Computed relative to one end point, so
+// that far coordinates keep their precision.
+int EdgesMeet(const Seg& f, const Seg& e) {
   const Pt a{0, 0}, b{f.b.x - f.a.x, f.b.y - f.a.y};
   const Pt c{e.a.x - f.a.x, e.a.y - f.a.y}, d{e.b.x - f.a.x, e.b.y - f.a.y};
   constexpr double kNearSqr = 4.0;
   const bool ac = c.x == a.x && c.y == a.y, ad = d.x == a.x && d.y == a.y;
   const bool bc = c.x == b.x && c.y == b.y, bd = d.x == b.x && d.y == b.y;
-  if ((ac && bd) || (ad && bc)) return false;  // the same edge
+  if ((ac && bd) || (ad && bc)) return 0;  // the same edge
   if (ac || ad || bc || bd) {
     // Sharing an end point, they meet elsewhere only when one runs along the other.
     const Pt& fFar = (ac || ad) ? b : a;
     const Pt& eFar = (ac || bc) ? d : c;
-    return SegDistSqr(c, d, fFar) <= kNearSqr || SegDistSqr(a, b, eFar) <= kNearSqr;
+    return SegDistSqr(c, d, fFar) <= kNearSqr || SegDistSqr(a, b, eFar) <= kNearSqr ? 2 : 1;
   }
   const double o1 = Cross(a, b, c), o2 = Cross(a, b, d), o3 = Cross(c, d, a), o4 = Cross(c, d, b);
-  if (((o1 < 0 && o2 > 0) || (o1 > 0 && o2 < 0)) && ((o3 < 0 && o4 > 0) || (o3 > 0 && o4 < 0))) return true;
+  if (((o1 < 0 && o2 > 0) || (o1 > 0 && o2 < 0)) && ((o3 < 0 && o4 > 0) || (o3 > 0 && o4 < 0))) return 2;
   return SegDistSqr(a, b, c) <= kNearSqr || SegDistSqr(a, b, d) <= kNearSqr || SegDistSqr(c, d, a) <= kNearSqr ||
-         SegDistSqr(c, d, b) <= kNearSqr;
+                 SegDistSqr(c, d, b) <= kNearSqr
+             ? 2
+             : 0;
 }
 
 // Beyond this many pairs of a new edge and an edge of the result, a new union settles the
@@ -364,6 +367,9 @@ bool FreshEdgesMeet(const CL::Paths& paths, const std::vector<Seg>& fresh) {
   for (const CL::Path& p : paths) edges += static_cast<double>(p.size());
   if (edges * static_cast<double>(fresh.size()) > kMaxFreshPairs) return true;
   for (const Seg& f : fresh) {
+    // Its two neighbours in its own ring share an end point each; a third edge at an end point
+    // makes a ring touch itself there, or another ring, which a new union settles.
+    int shared = 0;
     const double x0 = std::min(f.a.x, f.b.x) - 2, x1 = std::max(f.a.x, f.b.x) + 2;
     const double y0 = std::min(f.a.y, f.b.y) - 2, y1 = std::max(f.a.y, f.b.y) + 2;
     for (const CL::Path& path : paths)
@@ -373,7 +379,8 @@ bool FreshEdgesMeet(const CL::Paths& paths, const std::vector<Seg>& fresh) {
         const double px = static_cast<double>(p.X), py = static_cast<double>(p.Y);
         const double qx = static_cast<double>(q.X), qy = static_cast<double>(q.Y);
         if (std::max(px, qx) < x0 || std::min(px, qx) > x1 || std::max(py, qy) < y0 || std::min(py, qy) > y1) continue;
-        if (EdgesMeet(f, Seg{Pt{px, py}, Pt{qx, qy}})) return true;
+        const int meet = EdgesMeet(f, Seg{Pt{px, py}, Pt{qx, qy}});
+        if (meet == 2 || (meet == 1 && ++shared > 2)) return true;
       }
   }
   return false;
@@ -869,6 +876,57 @@ int StreckenzugKorrigieren2d(KvGePolygon2d& polygon, double eps) {
     cleaned.SetSize(static_cast<int>(keep.size()));
     for (std::size_t k = 0; k < keep.size(); ++k) cleaned.GetData()[k] = polygon.GetData()[keep[k]];
     polygon = cleaned;
+    return 1;
+  });
+}
+
+int StreckenzugKorrigieren2d(KvGePolygon2dArray& set, double eps) {
+  return Guarded([&] {
+    if (!(eps > 0.0) || !std::isfinite(eps)) return 0;
+    for (const KvGePolygon2d& ring : set)
+      if (!Finite(ring)) return 0;
+    KvGePolygon2dArray cleaned;
+    cleaned.SetSize(set.GetSize());
+    int out = 0;
+    for (const KvGePolygon2d& ring : set) {
+      KvGePolygon2d& copy = cleaned.GetData()[out];
+      copy = ring;
+      if (StreckenzugKorrigieren2d(copy, eps)) ++out;
+    }
+    cleaned.SetSize(out);
+    cleaned.Tag() = set.Tag();
+    set = cleaned;
+    return 1;
+  });
+}
+
+int StreckenzugKorrigieren2d(KvGePolyline2dArray& polylines, double eps) {
+  return Guarded([&] {
+    if (!(eps > 0.0) || !std::isfinite(eps)) return 0;
+    for (const KvGePolyline2d& polyline : polylines)
+      if (!Finite(polyline)) return 0;
+    KvGePolyline2dArray cleaned;
+    cleaned.SetSize(polylines.GetSize());
+    int out = 0;
+    for (const KvGePolyline2d& polyline : polylines) {
+      KvGePolyline2d& copy = cleaned.GetData()[out];
+      copy = polyline;
+      if (StreckenzugKorrigieren2d(copy, eps)) ++out;
+    }
+    cleaned.SetSize(out);
+    polylines = cleaned;
+    return 1;
+  });
+}
+
+int RemoveSchlaufen2d(KvGePolyline2dArray& polylines) {
+  return Guarded([&] {
+    for (const KvGePolyline2d& polyline : polylines)
+      if (!Finite(polyline)) return 0;
+    KvGePolyline2dArray cleaned(polylines);
+    for (KvGePolyline2d& polyline : cleaned)
+      if (polyline.GetSize() >= 2 && !RemoveSchlaufen2d(polyline)) return 0;
+    polylines = cleaned;
     return 1;
   });
 }
