@@ -474,8 +474,158 @@ void Arrange(const CL::Paths& list, CL::Paths& paths, std::vector<double>& area,
   }
 }
 
-// Takes a clipping result to the normalised ring list: clean-up, and while the clean-up made an
-// edge that may cross or touch another, a new union of the cleaned rings and a new clean-up, so
+// The sign of the turn from a to b to c, exact on the whole grid.
+int Turn(const CL::IntPoint& a, const CL::IntPoint& b, const CL::IntPoint& c) {
+  const __int128 t = static_cast<__int128>(b.X - a.X) * (c.Y - a.Y) - static_cast<__int128>(b.Y - a.Y) * (c.X - a.X);
+  return t > 0 ? 1 : t < 0 ? -1 : 0;
+}
+
+// Whether v lies inside the edge from p to q (not at an end).
+bool InsideEdge(const CL::IntPoint& p, const CL::IntPoint& q, const CL::IntPoint& v) {
+  if (v == p || v == q) return false;
+  if (v.X < std::min(p.X, q.X) || v.X > std::max(p.X, q.X) || v.Y < std::min(p.Y, q.Y) || v.Y > std::max(p.Y, q.Y))
+    return false;
+  return Turn(p, q, v) == 0;
+}
+
+// Where the clipping library lets rings meet along an edge: a vertex inside an edge of its own
+// ring (the ring touches itself there; it is split at that vertex, as at a vertex it passes
+// twice), and a vertex inside an edge of another ring with one of its edges running along it,
+// or an edge found twice (the rings are merged by a new union). Returns 2 when a new union
+// is needed, 1 when rings were split, else 0. The edges are sorted into a grid of about as many
+// cells as edges; an edge whose box spans more than kLongEdgeCells cells is tried against every
+// vertex instead.
+constexpr std::size_t kLongEdgeCells = 64;
+
+int ResolveTouches(CL::Paths& paths) {
+  struct Edge {
+    std::size_t ring, index;
+  };
+  struct Insert {
+    std::size_t ring, index;
+    CL::IntPoint p;
+  };
+  const auto at = [&](std::size_t ring, std::size_t k) -> const CL::IntPoint& {
+    return paths[ring][k % paths[ring].size()];
+  };
+  std::vector<Edge> edges;
+  double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
+  for (std::size_t r = 0; r < paths.size(); ++r)
+    for (std::size_t k = 0; k < paths[r].size(); ++k) {
+      const CL::IntPoint& p = paths[r][k];
+      const double px = static_cast<double>(p.X), py = static_cast<double>(p.Y);
+      if (edges.empty()) {
+        x0 = x1 = px;
+        y0 = y1 = py;
+      }
+      x0 = std::min(x0, px);
+      x1 = std::max(x1, px);
+      y0 = std::min(y0, py);
+      y1 = std::max(y1, py);
+      edges.push_back(Edge{r, k});
+    }
+  if (edges.empty()) return 0;
+  const std::size_t side = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(edges.size()))));
+  const double cw = (x1 - x0) / static_cast<double>(side) + 1.0, ch = (y1 - y0) / static_cast<double>(side) + 1.0;
+  const auto cellX = [&](CL::cInt x) {
+    return std::min(side - 1, static_cast<std::size_t>((static_cast<double>(x) - x0) / cw));
+  };
+  const auto cellY = [&](CL::cInt y) {
+    return std::min(side - 1, static_cast<std::size_t>((static_cast<double>(y) - y0) / ch));
+  };
+  std::vector<std::size_t> start(side * side + 1, 0), fill;
+  std::vector<Edge> cells, longEdges;
+  for (int pass = 0; pass < 2; ++pass) {
+    for (const Edge& e : edges) {
+      const CL::IntPoint& p = at(e.ring, e.index);
+      const CL::IntPoint& q = at(e.ring, e.index + 1);
+      const std::size_t cx0 = cellX(std::min(p.X, q.X)), cx1 = cellX(std::max(p.X, q.X));
+      const std::size_t cy0 = cellY(std::min(p.Y, q.Y)), cy1 = cellY(std::max(p.Y, q.Y));
+      if ((cx1 - cx0 + 1) * (cy1 - cy0 + 1) > kLongEdgeCells) {
+        if (pass == 0) longEdges.push_back(e);
+        continue;
+      }
+      for (std::size_t cy = cy0; cy <= cy1; ++cy)
+        for (std::size_t cx = cx0; cx <= cx1; ++cx) {
+          const std::size_t c = cy * side + cx;
+          if (pass == 0)
+            ++start[c + 1];
+          else
+            cells[fill[c]++] = e;
+        }
+    }
+    if (pass == 0) {
+      for (std::size_t c = 0; c < side * side; ++c) start[c + 1] += start[c];
+      cells.resize(start[side * side]);
+      fill.assign(start.begin(), start.end() - 1);
+    }
+  }
+
+  std::vector<Insert> inserts;
+  // 2 when a new union is needed: v inside another ring's edge with an edge of its own running
+  // along it, or one of v's edges found in another place; v inside an edge of its own ring is
+  // recorded; else 0.
+  const auto check = [&](const Edge& e, std::size_t ring, std::size_t index) {
+    const std::size_t n = paths[ring].size();
+    if (e.ring == ring && (e.index == index || e.index == (index + n - 1) % n)) return 0;  // v's own edges
+    const CL::IntPoint& v = paths[ring][index];
+    const CL::IntPoint& p = at(e.ring, e.index);
+    const CL::IntPoint& q = at(e.ring, e.index + 1);
+    if (v == p || v == q) {
+      const CL::IntPoint& other = v == p ? q : p;
+      return other == at(ring, index + 1) || other == at(ring, index + n - 1) ? 2 : 0;
+    }
+    if (!InsideEdge(p, q, v)) return 0;
+    if (e.ring == ring) {
+      inserts.push_back(Insert{e.ring, e.index, v});
+      return 0;
+    }
+    return Turn(p, q, at(ring, index + 1)) == 0 || Turn(p, q, at(ring, index + n - 1)) == 0 ? 2 : 0;
+  };
+  for (std::size_t r = 0; r < paths.size(); ++r)
+    for (std::size_t k = 0; k < paths[r].size(); ++k) {
+      const std::size_t c = cellY(paths[r][k].Y) * side + cellX(paths[r][k].X);
+      for (std::size_t i = start[c]; i < start[c + 1]; ++i)
+        if (check(cells[i], r, k) == 2) return 2;
+      for (const Edge& e : longEdges)
+        if (check(e, r, k) == 2) return 2;
+    }
+  if (inserts.empty()) return 0;
+
+  // Each ring with vertices of its own inside its edges gets them as vertices, in order along
+  // the edge, and is split there.
+  std::sort(inserts.begin(), inserts.end(), [&](const Insert& a, const Insert& b) {
+    if (a.ring != b.ring) return a.ring < b.ring;
+    if (a.index != b.index) return a.index < b.index;
+    const CL::IntPoint& p = at(a.ring, a.index);
+    const double da = std::fabs(static_cast<double>(a.p.X - p.X)) + std::fabs(static_cast<double>(a.p.Y - p.Y));
+    const double db = std::fabs(static_cast<double>(b.p.X - p.X)) + std::fabs(static_cast<double>(b.p.Y - p.Y));
+    return da < db;
+  });
+  CL::Paths out;
+  out.reserve(paths.size() + inserts.size());
+  CL::Path ring, scratch;
+  std::size_t next = 0;
+  for (std::size_t r = 0; r < paths.size(); ++r) {
+    if (next == inserts.size() || inserts[next].ring != r) {
+      out.push_back(std::move(paths[r]));
+      continue;
+    }
+    ring.clear();
+    for (std::size_t k = 0; k < paths[r].size(); ++k) {
+      ring.push_back(paths[r][k]);
+      for (; next < inserts.size() && inserts[next].ring == r && inserts[next].index == k; ++next)
+        ring.push_back(inserts[next].p);
+    }
+    AppendSplit(ring, out, scratch);
+  }
+  paths.swap(out);
+  return 1;
+}
+
+// Takes a clipping result to the normalised ring list: clean-up, rings split where they touch
+// themselves along an edge, and while the clean-up made an edge that may cross or touch another,
+// or two rings run along one another, a new union of the cleaned rings and a new clean-up, so
 // the local rules hold on every result. Rings that a last clean-up made touch are valid as they
 // stand. list is scratch.
 void Tidy(CL::Paths& list, CL::Paths& paths) {
@@ -483,13 +633,16 @@ void Tidy(CL::Paths& list, CL::Paths& paths) {
   std::vector<std::size_t> outers, holes, owner;
   Arrange(list, paths, area, outers, holes, owner);
   std::vector<Seg> fresh;
-  bool changed = CleanPaths(paths, fresh);
-  for (int round = 0; changed && round < kTidyRounds && FreshEdgesMeet(paths, fresh); ++round) {
+  for (int round = 0;; ++round) {
+    const bool changed = CleanPaths(paths, fresh);
+    const bool meet = changed && FreshEdgesMeet(paths, fresh);
+    const int touch = meet ? 2 : ResolveTouches(paths);
+    if (touch == 1) CleanPaths(paths, fresh);
+    if (touch != 2 || round == kTidyRounds) return;
     CL::Clipper c;
     c.AddPaths(paths, CL::ptSubject, true);
     c.Execute(CL::ctUnion, list, CL::pftPositive, CL::pftPositive);
     Arrange(list, paths, area, outers, holes, owner);
-    changed = CleanPaths(paths, fresh);
   }
 }
 
