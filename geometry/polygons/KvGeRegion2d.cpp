@@ -78,11 +78,11 @@ bool Removable(const std::vector<Pt>& pts, std::vector<char>& spike, int a, int 
 // The indices of an open run that survive the removal of repeated points, collinear middle
 // vertices and spikes; the first and the last point always stay. Fewer than two indices when
 // every point lies within eps of the first.
-void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep) {
+void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep, std::vector<char>& spike) {
   keep.clear();
   const int n = static_cast<int>(pts.size());
   const double epsSqr = eps * eps;
-  std::vector<char> spike(pts.size(), 0);
+  spike.assign(pts.size(), 0);
   for (int i = 0; i < n; ++i) {
     bool skip = false;
     for (;;) {
@@ -111,7 +111,8 @@ void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep) {
 // around it lie within eps of the line through its kept neighbours (a finely digitised circle
 // has no corner beyond eps at all). The result lists the kept ring indices without a closing
 // duplicate; fewer than three when the ring collapses.
-void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, std::vector<int>& keep) {
+void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, std::vector<int>& keep,
+                 std::vector<char>& spike) {
   keep.clear();
   const int n = static_cast<int>(ring.size());
   if (n < 3) return;
@@ -131,7 +132,7 @@ void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, 
   if (start < 0) return;
   run.resize(static_cast<std::size_t>(n) + 1);
   for (int i = 0; i <= n; ++i) run[static_cast<std::size_t>(i)] = ring[(start + i) % n];
-  CleanOpen(run, eps, keep);
+  CleanOpen(run, eps, keep, spike);
   if (keep.size() < 2) {
     keep.clear();
     return;
@@ -185,14 +186,27 @@ bool Less(const CL::IntPoint& a, const CL::IntPoint& b) { return a.X < b.X || (a
 // library lets a ring touch itself at a vertex (two lobes, or a hole pinched onto its outer
 // ring), and splitting there keeps every winding number while no ring touches itself. Loops
 // that enclose go before the holes that a split may give.
-void AppendSplit(const CL::Path& ring, CL::Paths& out, CL::Path& scratch) {
+// A ring of at most kFewVertices is searched for repeated vertices pair by pair, without sorting
+// a copy.
+constexpr std::size_t kFewVertices = 16;
+
+void AppendSplit(CL::Path ring, CL::Paths& out, CL::Path& scratch) {
+  bool repeats = false;
+  if (ring.size() <= kFewVertices) {
+    for (std::size_t i = 0; i < ring.size() && !repeats; ++i)
+      for (std::size_t j = i + 1; j < ring.size() && !repeats; ++j) repeats = ring[i] == ring[j];
+    if (!repeats) {
+      out.push_back(std::move(ring));
+      return;
+    }
+  }
   scratch = ring;
   std::sort(scratch.begin(), scratch.end(), Less);
   std::size_t dups = 0;
   for (std::size_t i = 1; i < scratch.size(); ++i)
     if (scratch[i] == scratch[i - 1] && (dups == 0 || !(scratch[dups - 1] == scratch[i]))) scratch[dups++] = scratch[i];
   if (dups == 0) {
-    out.push_back(ring);
+    out.push_back(std::move(ring));
     return;
   }
   scratch.resize(dups);
@@ -279,6 +293,7 @@ bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
   fresh.clear();
   std::vector<Pt> ring, run;
   std::vector<int> keep;
+  std::vector<char> spike;
   std::vector<Seg> before;
   std::size_t out = 0;
   for (std::size_t i = 0; i < paths.size(); ++i) {
@@ -287,7 +302,7 @@ bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
     for (std::size_t k = 0; k < path.size(); ++k)
       ring[k] = Pt{static_cast<double>(path[k].X), static_cast<double>(path[k].Y)};
     const bool collapsed = CollapseShortEdges(ring, kGridTol);
-    CleanClosed(ring, kGridTol, run, keep);
+    CleanClosed(ring, kGridTol, run, keep, spike);
     if (collapsed || keep.size() != path.size()) {
       changed = true;
       before.clear();
@@ -420,8 +435,9 @@ constexpr double kMaxHolePairs = 4e6;
 // holes; rings that touch themselves split. The clipping library is asked for a plain list: its
 // tree form costs it a pass over all rings at every join of two (quadratic on a floor of many
 // rooms sharing walls). A hole belongs to the smallest outer ring around it; when there are too
-// many pairs to try, a second union into the tree form sorts them.
-void Arrange(const CL::Paths& list, CL::Paths& paths, std::vector<double>& area, std::vector<std::size_t>& outers,
+// many pairs to try, a second union into the tree form sorts them. The rings of list are moved
+// out.
+void Arrange(CL::Paths& list, CL::Paths& paths, std::vector<double>& area, std::vector<std::size_t>& outers,
              std::vector<std::size_t>& holes, std::vector<std::size_t>& owner) {
   area.resize(list.size());
   outers.clear();
@@ -434,7 +450,7 @@ void Arrange(const CL::Paths& list, CL::Paths& paths, std::vector<double>& area,
   paths.reserve(list.size());
   CL::Path scratch;
   if (holes.empty()) {
-    for (const CL::Path& ring : list) AppendSplit(ring, paths, scratch);
+    for (CL::Path& ring : list) AppendSplit(std::move(ring), paths, scratch);
     return;
   }
   owner.assign(list.size(), list.size());
@@ -469,8 +485,9 @@ void Arrange(const CL::Paths& list, CL::Paths& paths, std::vector<double>& area,
   std::size_t next = 0;
   for (std::size_t i = 0; i < list.size(); ++i) {
     if (area[i] < 0) continue;
-    AppendSplit(list[i], paths, scratch);
-    for (; next < holes.size() && owner[holes[next]] == i; ++next) AppendSplit(list[holes[next]], paths, scratch);
+    AppendSplit(std::move(list[i]), paths, scratch);
+    for (; next < holes.size() && owner[holes[next]] == i; ++next)
+      AppendSplit(std::move(list[holes[next]]), paths, scratch);
   }
 }
 
@@ -617,7 +634,7 @@ int ResolveTouches(CL::Paths& paths) {
       for (; next < inserts.size() && inserts[next].ring == r && inserts[next].index == k; ++next)
         ring.push_back(inserts[next].p);
     }
-    AppendSplit(ring, out, scratch);
+    AppendSplit(std::move(ring), out, scratch);
   }
   paths.swap(out);
   return 1;
@@ -1002,7 +1019,8 @@ int StreckenzugKorrigieren2d(KvGePolyline2d& polyline, double eps) {
     std::vector<Pt> pts(static_cast<std::size_t>(n));
     for (int i = 0; i < n; ++i) pts[static_cast<std::size_t>(i)] = Pt{polyline.GetData()[i].x, polyline.GetData()[i].y};
     std::vector<int> keep;
-    CleanOpen(pts, eps, keep);
+    std::vector<char> spike;
+    CleanOpen(pts, eps, keep, spike);
     if (keep.size() < 2) return 0;
     if (keep.size() == pts.size()) return 1;
     KvGePolyline2d cleaned;
@@ -1020,7 +1038,8 @@ int StreckenzugKorrigieren2d(KvGePolygon2d& polygon, double eps) {
     std::vector<Pt> ring(static_cast<std::size_t>(n)), run;
     for (int i = 0; i < n; ++i) ring[static_cast<std::size_t>(i)] = Pt{polygon.GetData()[i].x, polygon.GetData()[i].y};
     std::vector<int> keep;
-    CleanClosed(ring, eps, run, keep);
+    std::vector<char> spike;
+    CleanClosed(ring, eps, run, keep, spike);
     if (keep.size() < 3) return 0;
     if (keep.size() == ring.size()) return 1;
     // The kept vertices in their old order, so the ring starts where it did when that vertex stays.
