@@ -53,7 +53,7 @@ double LineDistSqr(const Pt& a, const Pt& b, const Pt& p) {
 // pts[a] and pts[c], or, when that line is undefined (pts[a] and pts[c] within eps: a spike out
 // and back), of the line from pts[a] through the farthest of them. The points of a spike are
 // marked, since they lie off every later line and have gone for their own reason.
-bool Removable(const std::vector<Pt>& pts, std::vector<char>& spike, int a, int c, double eps) {
+bool RemovableScan(const std::vector<Pt>& pts, std::vector<char>& spike, int a, int c, double eps) {
   const double epsSqr = eps * eps;
   Pt lineEnd = pts[c];
   bool outAndBack = false;
@@ -75,14 +75,74 @@ bool Removable(const std::vector<Pt>& pts, std::vector<char>& spike, int a, int 
   return true;
 }
 
+// The directions of the lines through one kept point that pass within eps of every point after
+// it up to covered: an arc [lo, hi] of angles relative to ref, modulo pi. A point at distance d
+// allows the directions within asin(eps / d) of its own; a point within eps allows all. The arc
+// decides the scan's question for a long run in constant time; near its ends, or when a point
+// closer than 2.6 eps (whose allowed arc is too wide to intersect safely) makes it unusable, the
+// scan decides.
+struct Cone {
+  int covered = -1, generation = -1;
+  double ref = 0, lo = 0, hi = 0;
+  bool any = false, usable = true;
+};
+// Angles within this of an end of the arc are left to the scan.
+constexpr double kConeMargin = 1e-9;
+// A point closer than eps / sin(pi / 8) gives an arc too wide for the cone.
+constexpr double kConeNear = 2.6131259297527532;
+
+double NearestTurn(double delta, double mid) { return delta - kPi * std::nearbyint((delta - mid) / kPi); }
+
+bool Removable(const std::vector<Pt>& pts, std::vector<char>& spike, std::vector<Cone>& cones, int& generation, int a,
+               int c, double eps) {
+  if (DistSqr(pts[a], pts[c]) <= eps * eps) {
+    ++generation;  // spikes may be marked: every cone is built anew
+    return RemovableScan(pts, spike, a, c, eps);
+  }
+  Cone& cone = cones[static_cast<std::size_t>(a)];
+  if (cone.generation != generation) cone = Cone{a, generation};
+  for (int k = cone.covered + 1; k < c && cone.usable; ++k) {
+    cone.covered = k;
+    const double d = std::sqrt(DistSqr(pts[a], pts[k]));
+    if (spike[k] || d <= eps) continue;
+    if (d < kConeNear * eps) {
+      cone.usable = false;
+      break;
+    }
+    const double phi = std::atan2(pts[k].y - pts[a].y, pts[k].x - pts[a].x), alpha = std::asin(eps / d);
+    if (!cone.any) {
+      cone.any = true;
+      cone.ref = phi;
+      cone.lo = -alpha;
+      cone.hi = alpha;
+      continue;
+    }
+    const double delta = NearestTurn(phi - cone.ref, (cone.lo + cone.hi) / 2);
+    cone.lo = std::max(cone.lo, delta - alpha);
+    cone.hi = std::min(cone.hi, delta + alpha);
+  }
+  if (cone.usable && cone.covered >= c - 1) {
+    if (!cone.any) return true;  // every point between within eps of pts[a]
+    if (cone.lo > cone.hi + kConeMargin) return false;
+    const double phi = std::atan2(pts[c].y - pts[a].y, pts[c].x - pts[a].x);
+    const double delta = NearestTurn(phi - cone.ref, (cone.lo + cone.hi) / 2);
+    if (delta >= cone.lo + kConeMargin && delta <= cone.hi - kConeMargin) return true;
+    if (delta < cone.lo - kConeMargin || delta > cone.hi + kConeMargin) return false;
+  }
+  return RemovableScan(pts, spike, a, c, eps);
+}
+
 // The indices of an open run that survive the removal of repeated points, collinear middle
 // vertices and spikes; the first and the last point always stay. Fewer than two indices when
 // every point lies within eps of the first.
-void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep, std::vector<char>& spike) {
+void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep, std::vector<char>& spike,
+               std::vector<Cone>& cones) {
   keep.clear();
   const int n = static_cast<int>(pts.size());
   const double epsSqr = eps * eps;
   spike.assign(pts.size(), 0);
+  cones.assign(pts.size(), Cone{});
+  int generation = 0;
   for (int i = 0; i < n; ++i) {
     bool skip = false;
     for (;;) {
@@ -96,7 +156,7 @@ void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep, s
         keep.pop_back();
         continue;
       }
-      if (keep.size() >= 2 && Removable(pts, spike, keep[keep.size() - 2], i, eps)) {
+      if (keep.size() >= 2 && Removable(pts, spike, cones, generation, keep[keep.size() - 2], i, eps)) {
         keep.pop_back();
         continue;
       }
@@ -112,7 +172,7 @@ void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep, s
 // has no corner beyond eps at all). The result lists the kept ring indices without a closing
 // duplicate; fewer than three when the ring collapses.
 void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, std::vector<int>& keep,
-                 std::vector<char>& spike) {
+                 std::vector<char>& spike, std::vector<Cone>& cones) {
   keep.clear();
   const int n = static_cast<int>(ring.size());
   if (n < 3) return;
@@ -132,7 +192,7 @@ void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, 
   if (start < 0) return;
   run.resize(static_cast<std::size_t>(n) + 1);
   for (int i = 0; i <= n; ++i) run[static_cast<std::size_t>(i)] = ring[(start + i) % n];
-  CleanOpen(run, eps, keep, spike);
+  CleanOpen(run, eps, keep, spike, cones);
   if (keep.size() < 2) {
     keep.clear();
     return;
@@ -294,6 +354,7 @@ bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
   std::vector<Pt> ring, run;
   std::vector<int> keep;
   std::vector<char> spike;
+  std::vector<Cone> cones;
   std::vector<Seg> before;
   std::size_t out = 0;
   for (std::size_t i = 0; i < paths.size(); ++i) {
@@ -302,7 +363,7 @@ bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
     for (std::size_t k = 0; k < path.size(); ++k)
       ring[k] = Pt{static_cast<double>(path[k].X), static_cast<double>(path[k].Y)};
     const bool collapsed = CollapseShortEdges(ring, kGridTol);
-    CleanClosed(ring, kGridTol, run, keep, spike);
+    CleanClosed(ring, kGridTol, run, keep, spike, cones);
     if (collapsed || keep.size() != path.size()) {
       changed = true;
       before.clear();
@@ -1020,7 +1081,8 @@ int StreckenzugKorrigieren2d(KvGePolyline2d& polyline, double eps) {
     for (int i = 0; i < n; ++i) pts[static_cast<std::size_t>(i)] = Pt{polyline.GetData()[i].x, polyline.GetData()[i].y};
     std::vector<int> keep;
     std::vector<char> spike;
-    CleanOpen(pts, eps, keep, spike);
+    std::vector<Cone> cones;
+    CleanOpen(pts, eps, keep, spike, cones);
     if (keep.size() < 2) return 0;
     if (keep.size() == pts.size()) return 1;
     KvGePolyline2d cleaned;
@@ -1039,7 +1101,8 @@ int StreckenzugKorrigieren2d(KvGePolygon2d& polygon, double eps) {
     for (int i = 0; i < n; ++i) ring[static_cast<std::size_t>(i)] = Pt{polygon.GetData()[i].x, polygon.GetData()[i].y};
     std::vector<int> keep;
     std::vector<char> spike;
-    CleanClosed(ring, eps, run, keep, spike);
+    std::vector<Cone> cones;
+    CleanClosed(ring, eps, run, keep, spike, cones);
     if (keep.size() < 3) return 0;
     if (keep.size() == ring.size()) return 1;
     // The kept vertices in their old order, so the ring starts where it did when that vertex stays.
