@@ -86,6 +86,8 @@ struct Cone {
   double ref = 0, lo = 0, hi = 0;
   bool any = false, usable = true;
 };
+// Runs of at most this many points are scanned: cheaper than the arc's trigonometry.
+constexpr int kShortRun = 32;
 // Angles within this of an end of the arc are left to the scan.
 constexpr double kConeMargin = 1e-9;
 // A point closer than eps / sin(pi / 8) gives an arc too wide for the cone.
@@ -99,6 +101,7 @@ bool Removable(const std::vector<Pt>& pts, std::vector<char>& spike, std::vector
     ++generation;  // spikes may be marked: every cone is built anew
     return RemovableScan(pts, spike, a, c, eps);
   }
+  if (c - a <= kShortRun) return RemovableScan(pts, spike, a, c, eps);
   Cone& cone = cones[static_cast<std::size_t>(a)];
   if (cone.generation != generation) cone = Cone{a, generation};
   for (int k = cone.covered + 1; k < c && cone.usable; ++k) {
