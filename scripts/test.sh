@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # The test job: formatting check, unit tests with g++ (warnings are errors), the installed
 # package used from a separate consumer project, and the unit tests again under
-# AddressSanitizer and UndefinedBehaviorSanitizer with clang, and the concurrency tests under
-# ThreadSanitizer with clang. Exits non-zero on any failure.
+# AddressSanitizer and UndefinedBehaviorSanitizer with clang, the concurrency tests under
+# ThreadSanitizer with clang, and each fuzz target for 30 seconds. Exits non-zero on any failure.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
@@ -38,3 +38,6 @@ CXX=clang++ cmake -S . -B build/tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo 
   -DUG_WARNINGS_AS_ERRORS=ON -DUG_BUILD_BENCH=OFF >/dev/null
 cmake --build build/tsan -j "$jobs" --target test_geometry_intersection
 TSAN_OPTIONS=halt_on_error=1 ./build/tsan/tests/test_geometry_intersection --gtest_filter='*Concurrency*'
+
+echo "== Fuzz targets, 30 s each"
+bash scripts/fuzz.sh 30
