@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# The test job: formatting check, unit tests with g++ (warnings are errors), the installed
-# package used from a separate consumer project, and the unit tests again under
+# The test job: formatting check, unit tests with g++ (warnings are errors; the differential
+# tests against Boost.Geometry, GEOS and CGAL among them), the installed package used from a
+# separate consumer project, and the unit tests again under
 # AddressSanitizer and UndefinedBehaviorSanitizer with clang, the concurrency tests under
 # ThreadSanitizer with clang, and each fuzz target for 30 seconds. Exits non-zero on any failure.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
-bash scripts/deps.sh
+bash scripts/deps.sh --peers
 jobs=2
 
 echo "== Formatting"
