@@ -1,6 +1,7 @@
-// Writes the seed corpus of the fuzz targets: fuzz_make_corpus <folder> fills <folder>/archive
-// and <folder>/operations with small files made by the library itself (stored point arrays and
-// archive values; rings, holes and queries on vertices, edges and the 0.001 band).
+// Writes the seed corpus of the fuzz targets: fuzz_make_corpus <folder> fills <folder>/archive,
+// <folder>/operations and <folder>/wkt with small files made by the library itself (stored point
+// arrays and archive values; rings, holes and queries on vertices, edges and the 0.001 band; the
+// WKT the library writes for each class).
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -14,6 +15,7 @@
 #include "basics/companion/KvBtArchive.h"
 #include "basics/companion/KvBtString.h"
 #include "fuzz/fuzz_input.h"
+#include "geometry/io/KvGeWkt.h"
 #include "geometry/points/KvGePoint2dArray.h"
 
 namespace fs = std::filesystem;
@@ -147,5 +149,34 @@ int main(int argc, char** argv) {
                    Set({Square(1, 1, 2).Inverted(), Ring({{0, 0}, {6, 6}, {6, 0}, {0, 6}})})));
   Write(ops, k++, Operations(1, Set({Ring({{0, 0}, {10, 0}, {10, 0.001}, {0, 0.0015}})}), shifted));
   Write(ops, k++, Operations(3, holed, Set({Square(1e300, -1e300, 1e300)})));
+
+  // The WKT target: a byte naming the target type, then the text the library writes for it.
+  const fs::path wkt = root / "wkt";
+  k = 0;
+  const auto text = [&](int type, const std::string& written) {
+    Write(wkt, k++, std::string(1, char(type)) + written);
+  };
+  KvGePolygon2dArray two = holed;
+  two.Add(Square(20, 0, 3));
+  KvGePolyline2dArray chains;
+  chains.Add(KvGePolyline2d(static_cast<const KvGePoint2dArray&>(Star(0, 0, 1, 2, 5))));
+  chains.Add(KvGePolyline2d());
+  KvBtDynArray<KvGeLine2d> lines;
+  lines.Add(KvGeLine2d(KvGePoint2d(0, 0), KvGePoint2d(-0.0, 4.9e-324)));
+  KvGePoint3dArray ring3;
+  ring3.Add(KvGePoint3d(0, 0, 1));
+  ring3.Add(KvGePoint3d(1e308, 0, -2));
+  ring3.Add(KvGePoint3d(0, 1.5, 3));
+  text(0, KvGeWriteWkt(holed));
+  text(0, KvGeWriteWkt(KvGePoint3d(1, 2, 3)));
+  text(0, KvGeWriteWkt(KvGePolygon2dArray()));
+  text(1, KvGeWriteWkt(two));
+  text(2, KvGeWriteWkt(Star(1, 1, 0.1, 0.3, 8)));
+  text(3, KvGeWriteWkt(chains));
+  text(4, KvGeWriteWkt(lines));
+  text(5, KvGeWriteWkt(static_cast<const KvGePoint2dArray&>(Square(-1, 2, 0.5))));
+  text(6, KvGeWriteWkt(KvGeLine2d(KvGePoint2d(1.25, -3), KvGePoint2d(1e-9, 7e12))));
+  text(7, KvGeWriteWkt(KvGePolygon23d(ring3, 2)));
+  text(8, "point z (1 2 3)");
   return 0;
 }

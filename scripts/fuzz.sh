@@ -20,11 +20,11 @@ if ! clang++ -fsanitize=fuzzer,address,undefined "$probe/p.cpp" -o "$probe/p" >/
 fi
 
 CXX=clang++ cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DUG_BUILD_FUZZ=ON \
-  -DBUILD_TESTING=OFF -DUG_BUILD_BENCH=OFF -DUG_WARNINGS_AS_ERRORS=ON >/dev/null
+  -DBUILD_TESTING=OFF -DUG_BUILD_BENCH=OFF -DUG_BUILD_APPS=OFF -DUG_WARNINGS_AS_ERRORS=ON >/dev/null
 cmake --build build/fuzz -j "$jobs"
 
 mkdir -p build/fuzz/artifacts
-for name in archive operations; do
+for name in archive operations wkt; do
   work="build/fuzz/corpus/$name"
   mkdir -p "$work"
   options=(-max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1
