@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs what building, testing and benchmarking need, through apt-get, when it is missing.
-# Quiet and quick when everything is there already. With --bench it also installs the peer
-# libraries that only the benchmark against them uses (CGAL, GEOS); the library, the tests and
-# the main job never need them.
+# Quiet and quick when everything is there already. With --peers (or --bench) it also installs
+# the peer libraries CGAL and GEOS, which only the differential tests and the benchmarks link;
+# the library and the main job never need them.
 set -euo pipefail
 
 packages=(cmake ninja-build g++ clang libclang-rt-14-dev clang-format libboost-dev
@@ -10,7 +10,7 @@ packages=(cmake ninja-build g++ clang libclang-rt-14-dev clang-format libboost-d
           libcli11-dev)
 for arg in "$@"; do
   case "$arg" in
-    --bench) packages+=(libcgal-dev libgeos-dev) ;;
+    --peers | --bench) packages+=(libcgal-dev libgeos-dev) ;;
     *) echo "deps.sh: unknown option $arg" >&2; exit 2 ;;
   esac
 done

@@ -90,7 +90,11 @@ class LineCut {
       s += p.cut;
       const int type = IsEqual(q.param, p.param, kKvGeLinearTol) ? 0 : (s <= -2 ? 1 : (s == -1 ? 0 : -1));
       if (mode == 0) {
-        if (type != 1) continue;
+        // The last part runs out to the end sentinel, which has no point on the line. Its count
+        // is inside only where rounding at a nearly collinear edge lost half a crossing; an
+        // unbounded line is outside at its ends, so that part is no piece (in mode 1 such a run
+        // is never closed and dropped as well).
+        if (type != 1 || (!bounded && i + 2 == n)) continue;
         // Clipping as the part's Intersect0: the later start and the earlier end, a tie giving the
         // segment's end.
         const Rec* a = &p;

@@ -499,6 +499,9 @@ int KvGePreparedRegion2d::Intersection2d(const KvGeLine2d& l, KvBtDynArray<KvGeL
   if (mode == 0) {
     for (int i = 0; i < n; ++i) {
       KvGeIntrPart2d part = calc.Part0(static_cast<unsigned>(i));
+      // The last part ends at the calculator's sentinel, no point of the line: as the free
+      // function, an unbounded line takes no piece from it.
+      if (!l.Segment() && i + 1 == n) continue;
       if (l.Segment()) part.Intersect0(segment);
       if (part.Type() == 1) AddPiece(part, out);
     }

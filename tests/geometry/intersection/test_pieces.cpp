@@ -6,6 +6,7 @@
 
 #include "geometry/intersection/KvGeIntrLine2d.h"
 #include "geometry/intersection/KvGePieces2d.h"
+#include "geometry/intersection/KvGePreparedRegion2d.h"
 
 namespace {
 
@@ -55,6 +56,7 @@ int SlowPieces(const KvGeLine2d& l, const KvGePolygon2dArray& region, KvBtDynArr
   for (int i = 0; i < calc.GetSize0(); ++i) {
     KvGeIntrPart2d part = calc.Part0(i);
     if (mode == 0) {
+      if (!l.Segment() && i + 1 == calc.GetSize0()) continue;  // ends at the sentinel
       if (l.Segment()) part.Intersect0(segment);
       if (part.Type() == 1) add(part);
     } else if (part.Min().Compare0(part.Max()) < 0) {
@@ -199,4 +201,33 @@ TEST(Pieces, MatchTheStepByStepAnswer) {
     }
   }
   EXPECT_EQ(compared, 150 * 40 * 2);
+}
+
+// Found by the operations fuzz target: an unbounded line nearly along the left edge (a sine of
+// 0.00025) crosses that edge inside it, while the vertex below is reported by the bottom edge
+// alone, so the counts along the line do not return to zero. The last part then ran out to the
+// calculator's end sentinel and became a piece ending at its dummy point (0, 0), off the line
+// and running backwards.
+TEST(Pieces, UnboundedLineLosingHalfACrossingGivesNoPieceToInfinity) {
+  const KvGePolygon2d ring = Poly({{0, 0}, {11, 0}, {1, 1}, {0, 1}});
+  KvGePolygon2dArray set;
+  set.Add(ring);
+  const KvGeLine2d l(KvGePoint2d(0, 0.96825), KvGePoint2d(0.001, 4.99825), 0);
+  const KvGePreparedRegion2d preparedPoly(ring), preparedSet(set);
+  for (int mode = 0; mode < 2; ++mode) {
+    SCOPED_TRACE(mode);
+    KvBtDynArray<KvGeLine2d> free, fromSet, prepared;
+    Intersection2d(l, static_cast<const KvGePoint2dArray&>(ring), free, mode);
+    Intersection2d(l, set, fromSet, mode);
+    ASSERT_EQ(free.GetSize(), mode == 0 ? 1 : 0);
+    for (const KvGeLine2d& piece : free) {
+      EXPECT_LE(DistanceSqrToLine2d(l.P1(), l.P2(), piece.P2()), 1e-12);
+      EXPECT_GT(piece.P2().y, piece.P1().y);  // the way the line runs
+    }
+    ASSERT_EQ(fromSet.GetSize(), free.GetSize());
+    preparedPoly.Intersection2d(l, prepared, mode);
+    ASSERT_EQ(prepared.GetSize(), free.GetSize());
+    preparedSet.Intersection2d(l, prepared, mode);
+    ASSERT_EQ(prepared.GetSize(), free.GetSize());
+  }
 }
