@@ -357,10 +357,10 @@ unsigned short KvGePreparedRegion2d::ExactPoint(double px, double py, bool viaTr
     for (int k = 0; k < edges; ++k) {
       const double sx = X[k], sy = Y[k], ex = X[next[k]], ey = Y[next[k]];
       if (!m_bSet) {
-        const double ylo = sy < ey ? sy : ey, yhi = sy < ey ? ey : sy;
-        if (ylo - py > kBand || py - yhi > kBand) continue;
-        const double xlo = sx < ex ? sx : ex, xhi = sx < ex ? ex : sx;
-        if (!(xlo - px > kBand || px - xhi > kBand) &&
+        // Both ends beyond the band on one side, as the free function tests it: an end that is
+        // not a number is on neither side, so its edges are measured and cut.
+        if (((sy - py > kBand) & (ey - py > kBand)) | ((py - sy > kBand) & (py - ey > kBand))) continue;
+        if (!(((sx - px > kBand) & (ex - px > kBand)) | ((px - sx > kBand) & (px - ex > kBand))) &&
             IsEqual(KvGeDetail::SegmentDistanceSqr(sx, sy, ex, ey, px, py), 0.0, kKvGeLinearTolSqr))
           return 2;
       }

@@ -260,11 +260,11 @@ TEST(PreparedRegion, LinesAnswerAsTheFreeFunctions) {
 // Coordinates the tree does not handle (huge, infinite, not a number) take the exact path.
 TEST(PreparedRegion, ExtremeCoordinates) {
   const double inf = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
-  const std::vector<KvGePolygon2d> regions = {Star(100, 0, 0, 5, 2), Ring({{0, 0}, {3e9, 0}, {3e9, 2e9}, {0, 2e9}}),
-                                              Ring({{0, 0}, {4, 0}, {nan, 2}, {0, 4}}),
-                                              Ring({{0, 0}, {4, 0}, {4, inf}, {0, 4}})};
-  const std::vector<KvGePoint2d> pts = {{1, 1},   {1e9, 1e9}, {-1e9, 0},  {1e12, 3}, {inf, 0}, {0, -inf},
-                                        {nan, 1}, {1, nan},   {2e9, 1e9}, {0, 0},    {4, 2},   {1e-300, 2}};
+  const std::vector<KvGePolygon2d> regions = {
+      Star(100, 0, 0, 5, 2), Ring({{0, 0}, {3e9, 0}, {3e9, 2e9}, {0, 2e9}}), Ring({{0, 0}, {4, 0}, {nan, 2}, {0, 4}}),
+      Ring({{0, 0}, {4, 0}, {4, inf}, {0, 4}}), Ring({{0, 0}, {10, nan}, {nan, nan}, {nan, nan}})};
+  const std::vector<KvGePoint2d> pts = {{1, 1},   {1e9, 1e9}, {-1e9, 0}, {1e12, 3}, {inf, 0},    {0, -inf}, {nan, 1},
+                                        {1, nan}, {2e9, 1e9}, {0, 0},    {4, 2},    {1e-300, 2}, {30, 1}};
   for (const KvGePolygon2d& r : regions) {
     const KvGePreparedRegion2d pp(r);
     KvGePolygon2dArray set;
