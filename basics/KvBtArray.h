@@ -1,19 +1,20 @@
 #pragma once
-// The growable arrays behind every collection class of the library.
-//
-// KvBtArray<TYPE, ARG_TYPE> holds size elements in storage for capacity elements. Growing by
-// SetSize uses the step growBy, or when growBy is 0 one eighth of the size, at least 4 and at
-// most 1024 elements: adding one by one gives the capacities 1, 5, 9, 13, ... Elements are
-// relocated bitwise (a memory move, no copy constructor) when the storage grows and when
-// elements are inserted or removed, so TYPE must not point into itself; every element type of
-// the library is relocatable that way.
-//
-// Out-of-range indices do not fail: reads and writes fall back on the last element. On an
-// empty array a read gives a default element and a reference refers to a scratch element
-// (reset to the default on every such access), so no access touches storage that is not there.
-//
-// KvBtDynArray<TYPE> adds element-wise equality, cyclic access (index taken modulo the size,
-// so -1 is the last element), deep copying and the cyclic reordering NewFirstElement.
+/// @file
+/// The growable arrays behind every collection class of the library.
+///
+/// KvBtArray<TYPE, ARG_TYPE> holds size elements in storage for capacity elements. Growing by
+/// SetSize uses the step growBy, or when growBy is 0 one eighth of the size, at least 4 and at
+/// most 1024 elements: adding one by one gives the capacities 1, 5, 9, 13, ... Elements are
+/// relocated bitwise (a memory move, no copy constructor) when the storage grows and when
+/// elements are inserted or removed, so TYPE must not point into itself; every element type of
+/// the library is relocatable that way.
+///
+/// Out-of-range indices do not fail: reads and writes fall back on the last element. On an
+/// empty array a read gives a default element and a reference refers to a scratch element
+/// (reset to the default on every such access), so no access touches storage that is not there.
+///
+/// KvBtDynArray<TYPE> adds element-wise equality, cyclic access (index taken modulo the size,
+/// so -1 is the last element), deep copying and the cyclic reordering NewFirstElement.
 
 #include <climits>
 #include <cstdlib>
@@ -34,8 +35,8 @@ class KvBtArray {
     Copy(other);
     return *this;
   }
-  // Assignment is Copy also from a temporary: the target keeps its growth step, and its storage
-  // when that is large enough. Only the elements of the temporary are moved, not its storage.
+  /// Assignment is Copy also from a temporary: the target keeps its growth step, and its storage
+  /// when that is large enough. Only the elements of the temporary are moved, not its storage.
   KvBtArray& operator=(KvBtArray&& other) {
     if (this != &other) {
       SetSize(other.m_nSize);
@@ -94,9 +95,9 @@ class KvBtArray {
   int m_nGrowBy = 0;
 
  private:
-  // Storage comes from malloc so that growing can be a realloc: the relocation is bitwise
-  // anyway, and a large block is then remapped instead of copied. Exhaustion is reported as
-  // operator new reports it.
+  /// Storage comes from malloc so that growing can be a realloc: the relocation is bitwise
+  /// anyway, and a large block is then remapped instead of copied. Exhaustion is reported as
+  /// operator new reports it.
   static TYPE* Reallocate(TYPE* data, int n) {
     void* p = std::realloc(static_cast<void*>(data), sizeof(TYPE) * static_cast<std::size_t>(n));
     if (p == nullptr) throw std::bad_alloc();
@@ -251,8 +252,8 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
   KvBtDynArray& operator=(KvBtDynArray&&) = default;
   ~KvBtDynArray() override = default;
 
-  // 1 when other is this array, or has the same size and every pair of elements is equal
-  // under TYPE's operator== (point arrays so compare with the point tolerance).
+  /// 1 when other is this array, or has the same size and every pair of elements is equal
+  /// under TYPE's operator== (point arrays so compare with the point tolerance).
   int operator==(const KvBtDynArray& other) const {
     if (&other == this) return 1;
     if (other.m_nSize != this->m_nSize) return 0;
@@ -262,24 +263,24 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
   }
   int operator!=(const KvBtDynArray& other) const { return (*this == other) ? 0 : 1; }
 
-  // The cyclic index mod(i, size); 0 for an empty array.
+  /// The cyclic index mod(i, size); 0 for an empty array.
   int Index(int i) const { return mod(i, this->m_nSize); }
   TYPE& Element(int i) { return this->m_nSize == 0 ? Base::Scratch() : this->m_pData[Index(i)]; }
   const TYPE& Element(int i) const { return this->m_nSize == 0 ? Base::Scratch() : this->m_pData[Index(i)]; }
   TYPE& operator()(int i) { return Element(i); }
   const TYPE& operator()(int i) const { return Element(i); }
 
-  // Size of other, then each element deep-copied from the element at the same index: by the
-  // element's own DeepCopy where it has one (arrays of arrays), by assignment otherwise.
+  /// Size of other, then each element deep-copied from the element at the same index: by the
+  /// element's own DeepCopy where it has one (arrays of arrays), by assignment otherwise.
   void DeepCopy(const KvBtDynArray& other) {
     if (&other == this) return;
     this->SetSize(other.m_nSize);
     for (int k = 0; k < other.m_nSize; ++k) DeepCopyElement(this->m_pData[k], other.m_pData[k]);
   }
 
-  // Reorders cyclically so that the element at index comes first; the order is kept when
-  // reverse is 0 and reversed otherwise: element k becomes the old element index + k (or
-  // index - k), taken modulo the size.
+  /// Reorders cyclically so that the element at index comes first; the order is kept when
+  /// reverse is 0 and reversed otherwise: element k becomes the old element index + k (or
+  /// index - k), taken modulo the size.
   void NewFirstElement(int index, int reverse) {
     const int n = this->m_nSize;
     if (n == 0) return;
@@ -307,7 +308,7 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
   }
 };
 
-// A short array for small element counts; the same interface as KvBtArray.
+/// A short array for small element counts; the same interface as KvBtArray.
 template <class TYPE>
 class KvBtSmallArray : public KvBtArray<TYPE, const TYPE&> {
  public:

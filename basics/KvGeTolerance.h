@@ -1,11 +1,12 @@
 #pragma once
-// The library's tolerances, kept in one place. Every tolerant test is inclusive: a difference
-// equal to its tolerance counts as equal.
-//
-// - Linear: 0.001 drawing units, for positions, lengths and parameters.
-// - Squared linear: 1e-6, compared with a sum of squared coordinate differences, so that the
-//   equality of vectors and points agrees with the linear tolerance without a square root.
-// - Angular: 1e-6 radians, an absolute band on raw radian values. It never compares lengths.
+/// @file
+/// The library's tolerances, kept in one place. Every tolerant test is inclusive: a difference
+/// equal to its tolerance counts as equal.
+///
+/// - Linear: 0.001 drawing units, for positions, lengths and parameters.
+/// - Squared linear: 1e-6, compared with a sum of squared coordinate differences, so that the
+///   equality of vectors and points agrees with the linear tolerance without a square root.
+/// - Angular: 1e-6 radians, an absolute band on raw radian values. It never compares lengths.
 
 constexpr double kKvGeLinearTol = 0.001;
 constexpr double kKvGeLinearTolSqr = 1e-6;

@@ -1,17 +1,18 @@
 #pragma once
-// A binary archive on a standard stream. An archive built on an output stream stores, one
-// built on an input stream loads; the direction is fixed for its lifetime.
-//
-// Byte format: integers little-endian in their width (a 16-bit word is two bytes, low byte
-// first); a double is its 64-bit IEEE pattern, little-endian; a string is length-prefixed:
-// one byte when the length is below 255, else 0xFF and a 16-bit length when below 0xFFFE,
-// else 0xFF, 0xFFFF and a 32-bit length; then the bytes, no terminator.
-//
-// Loading never trusts the stream: a read that runs past the end, or a malformed length prefix
-// (0xFF 0xFFFE), leaves the target unchanged and puts the archive into its failure state, in
-// which every further operation does nothing. A long string is read in bounded chunks, so a
-// length prefix larger than the rest of the stream cannot make the archive allocate more than
-// the stream supplies. Storing to a stream that fails sets the failure state as well.
+/// @file
+/// A binary archive on a standard stream. An archive built on an output stream stores, one
+/// built on an input stream loads; the direction is fixed for its lifetime.
+///
+/// Byte format: integers little-endian in their width (a 16-bit word is two bytes, low byte
+/// first); a double is its 64-bit IEEE pattern, little-endian; a string is length-prefixed:
+/// one byte when the length is below 255, else 0xFF and a 16-bit length when below 0xFFFE,
+/// else 0xFF, 0xFFFF and a 32-bit length; then the bytes, no terminator.
+///
+/// Loading never trusts the stream: a read that runs past the end, or a malformed length prefix
+/// (0xFF 0xFFFE), leaves the target unchanged and puts the archive into its failure state, in
+/// which every further operation does nothing. A long string is read in bounded chunks, so a
+/// length prefix larger than the rest of the stream cannot make the archive allocate more than
+/// the stream supplies. Storing to a stream that fails sets the failure state as well.
 
 #include <cstdint>
 #include <iosfwd>
@@ -24,7 +25,7 @@ class KVBT_API KvBtArchive {
  public:
   explicit KvBtArchive(std::ostream& out);
   explicit KvBtArchive(std::istream& in);
-  // A stream that can do both is given its direction explicitly.
+  /// A stream that can do both is given its direction explicitly.
   enum Mode { kStore, kLoad };
   KvBtArchive(std::iostream& io, Mode mode);
   KvBtArchive(const KvBtArchive&) = delete;

@@ -1,6 +1,7 @@
 #pragma once
-// Root of the serialisable classes: a virtual destructor and a Serialize that stores or loads
-// the object through an archive. The root itself has nothing to store.
+/// @file
+/// Root of the serialisable classes: a virtual destructor and a Serialize that stores or loads
+/// the object through an archive. The root itself has nothing to store.
 
 #include "basics/companion/UtilityBasicsClassExport.h"
 

@@ -1,9 +1,10 @@
 #pragma once
-// Plain growable arrays of the companion basics library: KvBtSimpleArray<T> and its double and
-// int forms. They offer the common array interface (GetSize, GetAt, operator[], SetAt, Add,
-// InsertAt, RemoveAt, Append, RemoveAll, GetData). Out-of-range access falls back on the last
-// element, as in every array of the application; on an empty array a read gives a default
-// value and a reference refers to a scratch element, so no access touches missing memory.
+/// @file
+/// Plain growable arrays of the companion basics library: KvBtSimpleArray<T> and its double and
+/// int forms. They offer the common array interface (GetSize, GetAt, operator[], SetAt, Add,
+/// InsertAt, RemoveAt, Append, RemoveAll, GetData). Out-of-range access falls back on the last
+/// element, as in every array of the application; on an empty array a read gives a default
+/// value and a reference refers to a scratch element, so no access touches missing memory.
 
 #include <vector>
 
@@ -42,7 +43,7 @@ class KvBtSimpleArray {
     if (&o != this) m_Items.insert(m_Items.end(), o.m_Items.begin(), o.m_Items.end());
     return first;
   }
-  // Inserts count copies of v before index i; an index past the end pads with default values.
+  /// Inserts count copies of v before index i; an index past the end pads with default values.
   void InsertAt(int i, const T& v, int count = 1) {
     if (i < 0 || count <= 0) return;
     const T copy(v);

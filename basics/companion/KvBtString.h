@@ -1,7 +1,8 @@
 #pragma once
-// A byte string of the companion basics library. It holds any bytes, embedded zeros included;
-// c_str() is always zero-terminated. Positions and counts out of range are clamped, never
-// reported.
+/// @file
+/// A byte string of the companion basics library. It holds any bytes, embedded zeros included;
+/// c_str() is always zero-terminated. Positions and counts out of range are clamped, never
+/// reported.
 
 #include <cstddef>
 #include <string>
@@ -31,15 +32,15 @@ class KVBT_API KvBtString {
   int GetLength() const { return static_cast<int>(m_Text.size()); }
   int IsEmpty() const { return m_Text.empty() ? 1 : 0; }
   void Empty() { m_Text.clear(); }
-  // The byte at i; 0 for an index out of range.
+  /// The byte at i; 0 for an index out of range.
   char GetAt(int i) const { return (i >= 0 && i < GetLength()) ? m_Text[static_cast<std::size_t>(i)] : '\0'; }
 
-  // The first count bytes (all when count exceeds the length, none when negative).
+  /// The first count bytes (all when count exceeds the length, none when negative).
   KvBtString Left(int count) const;
-  // The bytes from first on, count of them or up to the end.
+  /// The bytes from first on, count of them or up to the end.
   KvBtString Mid(int first) const;
   KvBtString Mid(int first, int count) const;
-  // The last count bytes.
+  /// The last count bytes.
   KvBtString Right(int count) const;
 
   KvBtString& operator+=(const KvBtString& other) {

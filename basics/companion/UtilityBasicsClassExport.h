@@ -1,4 +1,5 @@
 #pragma once
 
-// The companion basics library is built with hidden symbols; what it exports carries KVBT_API.
+/// @file
+/// The companion basics library is built with hidden symbols; what it exports carries KVBT_API.
 #define KVBT_API __attribute__((visibility("default")))

@@ -1,17 +1,18 @@
 #pragma once
-// Internal: the members that vectors and points of 2, 3 and 4 components share, written once.
-// CoordBase<N, D, R> holds the named components (x, y, z, w as the size has them) and gives
-// component access, scaling, the dot product, norms and normalisation; D is the named class
-// (vector or point) that derives from it and keeps the static m_vDummy, the double handed out
-// for a component index out of range (a write through a bad index lands there and corrupts no
-// object). R is the family's rule for a const read through a bad index: vectors read 0.0,
-// points read the value of m_vDummy, in the same way as their non-const access hands it out.
-// Every access by index, operator[] included, checks the index; loops over 0 .. N - 1 lose the
-// check to the optimiser.
-//
-// Tolerances: IsZeroLength compares the squared length with tol * tol; Normalize treats a
-// length within 0.001 of 0 (inclusive) as no direction and leaves the object unchanged; scaling
-// by 1 / s with s exactly 0 leaves the object unchanged, in place of an error.
+/// @file
+/// Internal: the members that vectors and points of 2, 3 and 4 components share, written once.
+/// CoordBase<N, D, R> holds the named components (x, y, z, w as the size has them) and gives
+/// component access, scaling, the dot product, norms and normalisation; D is the named class
+/// (vector or point) that derives from it and keeps the static m_vDummy, the double handed out
+/// for a component index out of range (a write through a bad index lands there and corrupts no
+/// object). R is the family's rule for a const read through a bad index: vectors read 0.0,
+/// points read the value of m_vDummy, in the same way as their non-const access hands it out.
+/// Every access by index, operator[] included, checks the index; loops over 0 .. N - 1 lose the
+/// check to the optimiser.
+///
+/// Tolerances: IsZeroLength compares the squared length with tol * tol; Normalize treats a
+/// length within 0.001 of 0 (inclusive) as no direction and leaves the object unchanged; scaling
+/// by 1 / s with s exactly 0 leaves the object unchanged, in place of an error.
 
 #include <cmath>
 
@@ -20,7 +21,7 @@
 
 namespace KvGeDetail {
 
-// The named components of each size, with a table that reaches them by index.
+/// The named components of each size, with a table that reaches them by index.
 template <unsigned N>
 struct CoordData;
 
@@ -45,7 +46,7 @@ struct CoordData<4> {
   static constexpr double CoordData::*kAt[4] = {&CoordData::x, &CoordData::y, &CoordData::z, &CoordData::w};
 };
 
-// What a const access reads for a component index out of range.
+/// What a const access reads for a component index out of range.
 enum class BadIndexRead { kZero, kDummy };
 
 template <unsigned N, class D, BadIndexRead R>
@@ -57,7 +58,7 @@ class CoordBase : public CoordData<N> {
 
   unsigned Dim() const { return N; }
 
-  // Component i; an index >= N refers to D::m_vDummy, and its const read follows R.
+  /// Component i; an index >= N refers to D::m_vDummy, and its const read follows R.
   double& operator[](unsigned i) { return i < N ? this->*Data::kAt[i] : D::m_vDummy; }
   double operator[](unsigned i) const {
     if (i < N) return this->*Data::kAt[i];
@@ -72,7 +73,7 @@ class CoordBase : public CoordData<N> {
     for (unsigned i = 0; i < N; ++i) (*this)[i] *= s;
     return Self();
   }
-  // Multiplies by 1 / s; s exactly 0 leaves the object unchanged.
+  /// Multiplies by 1 / s; s exactly 0 leaves the object unchanged.
   D& operator/=(double s) {
     if (s != 0.0) *this *= 1.0 / s;
     return Self();
@@ -85,7 +86,7 @@ class CoordBase : public CoordData<N> {
   D operator/(double s) const { return D(Self()) /= s; }
   D operator-() const { return D(Self()).Negate(); }
 
-  // Dot product.
+  /// Dot product.
   double operator*(const D& o) const {
     double r = 0.0;
     for (unsigned i = 0; i < N; ++i) r += (*this)[i] * o[i];
@@ -119,7 +120,7 @@ class CoordBase : public CoordData<N> {
   int IsZeroLength(double tol = kKvGeLinearTol) const { return LengthSqr() <= tol * tol ? 1 : 0; }
   int IsUnitLength(double tol = kKvGeLinearTol) const { return IsEqual(Length(), 1.0, tol); }
 
-  // Scales to length 1 and returns 1; a length within 0.001 of 0 leaves it as it is, returns 0.
+  /// Scales to length 1 and returns 1; a length within 0.001 of 0 leaves it as it is, returns 0.
   int Normalize() {
     const double len = Length();
     if (IsEqual(len, 0.0, kKvGeLinearTol)) return 0;
@@ -142,7 +143,7 @@ class CoordBase : public CoordData<N> {
   void SubCoords(const D& o) {
     for (unsigned i = 0; i < N; ++i) (*this)[i] -= o[i];
   }
-  // Component-wise minimum and maximum; a tie takes the argument's component.
+  /// Component-wise minimum and maximum; a tie takes the argument's component.
   void MinCoords(const D& o) {
     for (unsigned i = 0; i < N; ++i)
       if (o[i] <= (*this)[i]) (*this)[i] = o[i];
@@ -156,7 +157,7 @@ class CoordBase : public CoordData<N> {
   const D& Self() const { return static_cast<const D&>(*this); }
 };
 
-// s * v, the same as v * s.
+/// s * v, the same as v * s.
 template <unsigned N, class D, BadIndexRead R>
 D operator*(double s, const CoordBase<N, D, R>& v) {
   return static_cast<const D&>(v) * s;

@@ -1,23 +1,24 @@
 #pragma once
-// Square matrices of 2x2, 3x3 and 4x4 doubles: KvGeMatrix2X2, KvGeMatrix3X3, KvGeMatrix4X4,
-// stored row by row; element (i, j) is row i, column j.
-//
-// Vectors are rows: v x M has the components r(j) = sum over i of v(i) * M(i, j), and in
-// v x A x B the matrix A acts first. Solving, inverting, the determinant and the singularity
-// test rest on one decomposition M = T x Q^T by N - 1 Householder reflections applied from the
-// right, T lower triangular. Det is the product of T's diagonal times (-1)^(N - 1), the sign of
-// the reflections (the 4x4 identity gives the diagonal -1, -1, -1, 1 and determinant 1).
-// Singularity is tested on T's diagonal with the absolute 0.001, not scaled to the size of the
-// matrix: a matrix with diagonal 0.0005, 1, 1 is singular although its determinant is 0.0005.
-// Solve writes its output only on success, so dividing by a singular matrix leaves the dividend
-// unchanged.
-//
-// The names of the norms are the interface's own: Norm1 is the largest row sum and
-// NormInfinity the largest column sum, the reverse of the textbook names. Norm is the largest
-// absolute element, and two matrices are equal when no element differs by more than 0.001.
-//
-// The family shares one implementation, KvGeDetail::MatrixBase<N, M, V>; the named classes add
-// the constructors and setters that list their elements and the sub-matrix members.
+/// @file
+/// Square matrices of 2x2, 3x3 and 4x4 doubles: KvGeMatrix2X2, KvGeMatrix3X3, KvGeMatrix4X4,
+/// stored row by row; element (i, j) is row i, column j.
+///
+/// Vectors are rows: v x M has the components r(j) = sum over i of v(i) * M(i, j), and in
+/// v x A x B the matrix A acts first. Solving, inverting, the determinant and the singularity
+/// test rest on one decomposition M = T x Q^T by N - 1 Householder reflections applied from the
+/// right, T lower triangular. Det is the product of T's diagonal times (-1)^(N - 1), the sign of
+/// the reflections (the 4x4 identity gives the diagonal -1, -1, -1, 1 and determinant 1).
+/// Singularity is tested on T's diagonal with the absolute 0.001, not scaled to the size of the
+/// matrix: a matrix with diagonal 0.0005, 1, 1 is singular although its determinant is 0.0005.
+/// Solve writes its output only on success, so dividing by a singular matrix leaves the dividend
+/// unchanged.
+///
+/// The names of the norms are the interface's own: Norm1 is the largest row sum and
+/// NormInfinity the largest column sum, the reverse of the textbook names. Norm is the largest
+/// absolute element, and two matrices are equal when no element differs by more than 0.001.
+///
+/// The family shares one implementation, KvGeDetail::MatrixBase<N, M, V>; the named classes add
+/// the constructors and setters that list their elements and the sub-matrix members.
 
 #include <cmath>
 
@@ -40,26 +41,26 @@ class MatrixBase {
 
   unsigned Dim() const { return N; }
 
-  // s on the diagonal, 0 elsewhere.
+  /// s on the diagonal, 0 elsewhere.
   M& Set(double s) {
     for (unsigned i = 0; i < N; ++i)
       for (unsigned j = 0; j < N; ++j) At(i, j) = i == j ? s : 0.0;
     return Self();
   }
   M& Set(int s) { return Set(static_cast<double>(s)); }
-  // N * N doubles in row order.
+  /// N * N doubles in row order.
   M& Set(const double* elements) {
     for (unsigned k = 0; k < N * N; ++k) m_Elements[k] = elements[k];
     return Self();
   }
-  // The diagonal matrix of the vector's components.
+  /// The diagonal matrix of the vector's components.
   M& Set(const V& diagonal) {
     Set(0.0);
     for (unsigned i = 0; i < N; ++i) At(i, i) = diagonal[i];
     return Self();
   }
 
-  // Row i or column j; an index >= N changes nothing (setters) or gives the zero vector.
+  /// Row i or column j; an index >= N changes nothing (setters) or gives the zero vector.
   M& SetRow(unsigned i, const V& v) {
     if (i < N)
       for (unsigned j = 0; j < N; ++j) At(i, j) = v[j];
@@ -83,7 +84,7 @@ class MatrixBase {
     return r;
   }
 
-  // Element (i, j); an index >= N reads 0.0 and writes to a scratch double of no matrix.
+  /// Element (i, j); an index >= N reads 0.0 and writes to a scratch double of no matrix.
   double& Element(unsigned i, unsigned j) { return (i < N && j < N) ? At(i, j) : M::m_vDummy; }
   double Element(unsigned i, unsigned j) const { return (i < N && j < N) ? At(i, j) : 0.0; }
   double& operator()(unsigned i, unsigned j) { return Element(i, j); }
@@ -101,14 +102,14 @@ class MatrixBase {
     for (double& e : m_Elements) e *= s;
     return Self();
   }
-  // Division by exactly 0 leaves the matrix unchanged.
+  /// Division by exactly 0 leaves the matrix unchanged.
   M& operator/=(double s) {
     if (s != 0.0)
       for (double& e : m_Elements) e /= s;
     return Self();
   }
   M& operator*=(const M& o) { return Self() = *this * o; }
-  // X with X x B = this; a singular B leaves the matrix unchanged.
+  /// X with X x B = this; a singular B leaves the matrix unchanged.
   M& operator/=(const M& b) {
     b.Solve(Self(), Self());
     return Self();
@@ -147,17 +148,17 @@ class MatrixBase {
   }
   M Transposed() const { return M(Self()).Transpose(); }
 
-  // The largest absolute element.
+  /// The largest absolute element.
   double Norm() const {
     double r = 0.0;
     for (double e : m_Elements) r = std::fmax(r, std::fabs(e));
     return r;
   }
-  // The largest sum of absolute values along a row.
+  /// The largest sum of absolute values along a row.
   double Norm1() const { return LargestLineSum(true); }
-  // The largest sum of absolute values down a column.
+  /// The largest sum of absolute values down a column.
   double NormInfinity() const { return LargestLineSum(false); }
-  // 1 when no element differs by more than eps.
+  /// 1 when no element differs by more than eps.
   int IsEqualTo(const M& o, double eps = kKvGeLinearTol) const {
     for (unsigned k = 0; k < N * N; ++k)
       if (!(std::fabs(m_Elements[k] - o.m_Elements[k]) <= eps)) return 0;
@@ -166,7 +167,7 @@ class MatrixBase {
   int operator==(const M& o) const { return IsEqualTo(o, kKvGeLinearTol); }
   int operator!=(const M& o) const { return IsEqualTo(o, kKvGeLinearTol) ? 0 : 1; }
 
-  // The determinant; 0 when the decomposition fails.
+  /// The determinant; 0 when the decomposition fails.
   double Det() const {
     M t, qt;
     if (!Decompose(t, qt)) return 0.0;
@@ -174,7 +175,7 @@ class MatrixBase {
     for (unsigned i = 0; i < N; ++i) d *= t.At(i, i);
     return d;
   }
-  // 1 when the decomposition fails or a diagonal element of T is within 0.001 of 0.
+  /// 1 when the decomposition fails or a diagonal element of T is within 0.001 of 0.
   int IsSingular() const {
     M t, qt;
     if (!Decompose(t, qt)) return 1;
@@ -183,14 +184,14 @@ class MatrixBase {
     return 0;
   }
 
-  // Solves x x M = b; 1 on success, 0 when singular (x is then not written). b and x may be
-  // the same vector.
+  /// Solves x x M = b; 1 on success, 0 when singular (x is then not written). b and x may be
+  /// the same vector.
   int Solve(const V& b, V& x) const {
     M t, qt;
     if (!Decompose(t, qt)) return 0;
     return t.SolveStaggerdSystem(Times(b, qt), x);
   }
-  // Solves X x M = B row by row; X is written only when every row succeeds.
+  /// Solves X x M = B row by row; X is written only when every row succeeds.
   int Solve(const M& b, M& x) const {
     M t, qt;
     if (!Decompose(t, qt)) return 0;
@@ -198,7 +199,7 @@ class MatrixBase {
     for (unsigned i = 0; i < N; ++i) bq.SetRow(i, Times(b.Row(i), qt));
     return t.SolveStaggerdSystem(bq, x);
   }
-  // The inverse; 0 and the matrix unchanged when it is singular.
+  /// The inverse; 0 and the matrix unchanged when it is singular.
   int Invert() {
     M identity(1.0), x;
     if (!Solve(identity, x)) return 0;
@@ -212,8 +213,8 @@ class MatrixBase {
   }
 
  protected:
-  // M = T x Qt with T lower triangular and Qt orthogonal; 0 when a reflection cannot be formed
-  // (the rest of a row from the diagonal on is zero within 1e-15).
+  /// M = T x Qt with T lower triangular and Qt orthogonal; 0 when a reflection cannot be formed
+  /// (the rest of a row from the diagonal on is zero within 1e-15).
   int Decompose(M& t, M& qt) const {
     M tt(Self());
     M q(1.0);
@@ -234,8 +235,8 @@ class MatrixBase {
     qt = q.Transposed();
     return 1;
   }
-  // Solves x x T = b for this lower-triangular T, from the last component up; 0 (x untouched)
-  // when a diagonal element is within 0.001 of 0.
+  /// Solves x x T = b for this lower-triangular T, from the last component up; 0 (x untouched)
+  /// when a diagonal element is within 0.001 of 0.
   int SolveStaggerdSystem(const V& b, V& x) const {
     V r;
     for (unsigned i = N; i-- > 0;) {
@@ -262,7 +263,7 @@ class MatrixBase {
   double At(unsigned i, unsigned j) const { return m_Elements[i * N + j]; }
   M& Self() { return static_cast<M&>(*this); }
   const M& Self() const { return static_cast<const M&>(*this); }
-  // The matrix without row i and column j, rows and columns kept in order.
+  /// The matrix without row i and column j, rows and columns kept in order.
   template <class S>
   S SubMatrix(unsigned i, unsigned j) const {
     S s;
@@ -294,7 +295,7 @@ class MatrixBase {
   double m_Elements[N * N];
 
  private:
-  // The largest sum of absolute values along a row (rows set) or down a column.
+  /// The largest sum of absolute values along a row (rows set) or down a column.
   double LargestLineSum(bool rows) const {
     double r = 0.0;
     for (unsigned i = 0; i < N; ++i) {
@@ -304,7 +305,7 @@ class MatrixBase {
     }
     return r;
   }
-  // b x Q where Qt is given: component j is the dot product of b with row j of Qt.
+  /// b x Q where Qt is given: component j is the dot product of b with row j of Qt.
   static V Times(const V& b, const M& qt) {
     V r;
     for (unsigned j = 0; j < N; ++j) {
@@ -343,7 +344,7 @@ class KVGE_API KvGeMatrix2X2 : public KvGeDetail::MatrixBase<2, KvGeMatrix2X2, K
   KvGeMatrix2X2& operator=(const KvGeMatrix2X2&) = default;
   virtual ~KvGeMatrix2X2();
 
-  // The element handed out for an index out of range.
+  /// The element handed out for an index out of range.
   static double m_vDummy;
 
   using MatrixBase::Set;
@@ -367,7 +368,7 @@ class KVGE_API KvGeMatrix3X3 : public KvGeDetail::MatrixBase<3, KvGeMatrix3X3, K
   KvGeMatrix3X3& operator=(const KvGeMatrix3X3&) = default;
   virtual ~KvGeMatrix3X3();
 
-  // The element handed out for an index out of range.
+  /// The element handed out for an index out of range.
   static double m_vDummy;
 
   using MatrixBase::Set;
@@ -376,10 +377,10 @@ class KVGE_API KvGeMatrix3X3 : public KvGeDetail::MatrixBase<3, KvGeMatrix3X3, K
                      double m22);
   KvGeMatrix3X3& Set(const KvGeVector3& r0, const KvGeVector3& r1, const KvGeVector3& r2);
 
-  // Without row i and column j; an index >= 3 drops nothing on that side (the last row or
-  // column of the 2x2 result is then cut off).
+  /// Without row i and column j; an index >= 3 drops nothing on that side (the last row or
+  /// column of the 2x2 result is then cut off).
   KvGeMatrix2X2 SubMatrix2X2(unsigned i, unsigned j) const { return SubMatrix<KvGeMatrix2X2>(i, j); }
-  // Writes m into the elements outside row i and column j; nothing when i or j >= 3.
+  /// Writes m into the elements outside row i and column j; nothing when i or j >= 3.
   KvGeMatrix3X3& SetSubMatrix2X2(const KvGeMatrix2X2& m, unsigned i, unsigned j) { return SetSubMatrix(m, i, j); }
 };
 
@@ -400,7 +401,7 @@ class KVGE_API KvGeMatrix4X4 : public KvGeDetail::MatrixBase<4, KvGeMatrix4X4, K
   KvGeMatrix4X4& operator=(const KvGeMatrix4X4&) = default;
   virtual ~KvGeMatrix4X4();
 
-  // The element handed out for an index out of range.
+  /// The element handed out for an index out of range.
   static double m_vDummy;
 
   using MatrixBase::Set;
@@ -409,14 +410,14 @@ class KVGE_API KvGeMatrix4X4 : public KvGeDetail::MatrixBase<4, KvGeMatrix4X4, K
                      double m20, double m21, double m22, double m23, double m30, double m31, double m32, double m33);
   KvGeMatrix4X4& Set(const KvGeVector4& r0, const KvGeVector4& r1, const KvGeVector4& r2, const KvGeVector4& r3);
 
-  // Element (i, j) without a range check: i and j below 4 are the caller's promise.
+  /// Element (i, j) without a range check: i and j below 4 are the caller's promise.
   double GetMember(unsigned i, unsigned j) const { return At(i, j); }
   KvGeMatrix3X3 SubMatrix3X3(unsigned i, unsigned j) const { return SubMatrix<KvGeMatrix3X3>(i, j); }
   KvGeMatrix4X4& SetSubMatrix3X3(const KvGeMatrix3X3& m, unsigned i, unsigned j) { return SetSubMatrix(m, i, j); }
-  // The 16 elements in row order.
+  /// The 16 elements in row order.
   void ConvertToPmat(double* out) const;
-  // The 16 elements in column order, out[i * 4 + j] = M(j, i), for consumers of column-major
-  // matrices.
+  /// The 16 elements in column order, out[i * 4 + j] = M(j, i), for consumers of column-major
+  /// matrices.
   void ConvertToPmat4x4(double* out) const;
 };
 
@@ -424,20 +425,20 @@ static_assert(sizeof(KvGeMatrix2X2) == sizeof(void*) + 4 * sizeof(double), "KvGe
 static_assert(sizeof(KvGeMatrix3X3) == sizeof(void*) + 9 * sizeof(double), "KvGeMatrix3X3 layout");
 static_assert(sizeof(KvGeMatrix4X4) == sizeof(void*) + 16 * sizeof(double), "KvGeMatrix4X4 layout");
 
-// Exported constants, built once.
+/// Exported constants, built once.
 KVGE_API const KvGeMatrix4X4& KvGeMatrix4X4_Identity();
 KVGE_API const KvGeMatrix4X4& KvGeMatrix4X4_Zero();
 
-// The determinant of the 3x3 matrix with rows a, b, c.
+/// The determinant of the 3x3 matrix with rows a, b, c.
 KVGE_API double Determinate(const KvGeVector3& a, const KvGeVector3& b, const KvGeVector3& c);
-// A vector orthogonal to a, b and c: component k is (-1)^(k + 1) times the determinant of the
-// 3x3 matrix of rows a, b, c without column k, so that Determinate(a, b, c, Normal(a, b, c)) is
-// the squared length of the result, never negative.
+/// A vector orthogonal to a, b and c: component k is (-1)^(k + 1) times the determinant of the
+/// 3x3 matrix of rows a, b, c without column k, so that Determinate(a, b, c, Normal(a, b, c)) is
+/// the squared length of the result, never negative.
 KVGE_API KvGeVector4 Normal(const KvGeVector4& a, const KvGeVector4& b, const KvGeVector4& c);
-// The determinant of the 4x4 matrix with rows a, b, c, d.
+/// The determinant of the 4x4 matrix with rows a, b, c, d.
 KVGE_API double Determinate(const KvGeVector4& a, const KvGeVector4& b, const KvGeVector4& c, const KvGeVector4& d);
 
-// Row vector times matrix, and the solution of x x M = v; declared with the vectors.
+/// Row vector times matrix, and the solution of x x M = v; declared with the vectors.
 template <unsigned N, class V>
 template <class M>
 V KvGeDetail::VectorBase<N, V>::Times(const M& m) const {

@@ -1,20 +1,21 @@
 #pragma once
-// Modelling matrices: affine transforms of points in space (KvGeModMat3d, a 4x4 matrix) and in
-// the plane (KvGeModMat2d, a 3x3 matrix).
-//
-// Points are row vectors: (x, y, z, 1) x M, so the translation stands in the last row. A Set...
-// member replaces the matrix by an elementary transform E; a Cat... member sets it to
-// (matrix x E), so after A.Cat(B) a point undergoes A first, then B. A positive angle turns
-// counter-clockwise seen from the tip of the axis; a rotation about a null axis is the identity.
-// The relative forms are composed as translation by -centre, the transform, translation by
-// +centre. Unlike the plain matrices, a default modelling matrix is the identity.
-//
-// KvGeModMat3dpArray holds pointers to matrices that others own. Its destructor ends the life of
-// the pointed matrices without releasing their storage: for indices 0 .. n - 2 it destroys each
-// pointee that differs from the pointer at the next index (a run of equal neighbours is
-// destroyed once), then the last. Equal pointers that are not neighbours are not detected; these
-// rules are deliberate. Only elements in use are read: an empty array destroys nothing, even
-// when it still has storage, and a null pointer is skipped.
+/// @file
+/// Modelling matrices: affine transforms of points in space (KvGeModMat3d, a 4x4 matrix) and in
+/// the plane (KvGeModMat2d, a 3x3 matrix).
+///
+/// Points are row vectors: (x, y, z, 1) x M, so the translation stands in the last row. A Set...
+/// member replaces the matrix by an elementary transform E; a Cat... member sets it to
+/// (matrix x E), so after A.Cat(B) a point undergoes A first, then B. A positive angle turns
+/// counter-clockwise seen from the tip of the axis; a rotation about a null axis is the identity.
+/// The relative forms are composed as translation by -centre, the transform, translation by
+/// +centre. Unlike the plain matrices, a default modelling matrix is the identity.
+///
+/// KvGeModMat3dpArray holds pointers to matrices that others own. Its destructor ends the life of
+/// the pointed matrices without releasing their storage: for indices 0 .. n - 2 it destroys each
+/// pointee that differs from the pointer at the next index (a run of equal neighbours is
+/// destroyed once), then the last. Equal pointers that are not neighbours are not detected; these
+/// rules are deliberate. Only elements in use are read: an empty array destroys nothing, even
+/// when it still has storage, and a null pointer is skipped.
 
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
@@ -41,9 +42,9 @@ class KVGE_API KvGeModMat3d : public KvGeMatrix4X4 {
   KvGeModMat3d& SetTran(double dx, double dy, double dz);
   KvGeModMat3d& SetTran(const KvGePoint3d& d) { return SetTran(d.x, d.y, d.z); }
   KvGeModMat3d& SetScale(double sx, double sy, double sz);
-  // Rotation by a about the axis through the origin; rows (row-vector form, n the unit axis,
-  // c = cos a, s = sin a, t = 1 - c): (t x x + c, t x y + s z, t x z - s y), (t x y - s z,
-  // t y y + c, t y z + s x), (t x z + s y, t y z - s x, t z z + c). A null axis gives the identity.
+  /// Rotation by a about the axis through the origin; rows (row-vector form, n the unit axis,
+  /// c = cos a, s = sin a, t = 1 - c): (t x x + c, t x y + s z, t x z - s y), (t x y - s z,
+  /// t y y + c, t y z + s x), (t x z + s y, t y z - s x, t z z + c). A null axis gives the identity.
   KvGeModMat3d& SetRotate(const KvGeAngle& a, const KvGePoint3d& axis);
   KvGeModMat3d& SetRotRel(const KvGeAngle& a, const KvGePoint3d& centre, const KvGePoint3d& axis);
   KvGeModMat3d& SetEnlRel(double sx, double sy, double sz, const KvGePoint3d& centre);
@@ -74,7 +75,7 @@ class KVGE_API KvGeModMat2d : public KvGeMatrix3X3 {
   KvGeModMat2d& SetIdent();
   KvGeModMat2d& SetTran(double dx, double dy);
   KvGeModMat2d& SetTran(const KvGePoint2d& d) { return SetTran(d.x, d.y); }
-  // Rows (cos a, sin a, 0), (-sin a, cos a, 0), (0, 0, 1).
+  /// Rows (cos a, sin a, 0), (-sin a, cos a, 0), (0, 0, 1).
   KvGeModMat2d& SetRotate(const KvGeAngle& a);
   KvGeModMat2d& SetRotRel(const KvGeAngle& a, const KvGePoint2d& centre);
   KvGeModMat2d& SetScale(double sx, double sy);
@@ -96,7 +97,7 @@ class KVGE_API KvGeModMat2d : public KvGeMatrix3X3 {
 static_assert(sizeof(KvGeModMat3d) == sizeof(KvGeMatrix4X4), "KvGeModMat3d adds no data");
 static_assert(sizeof(KvGeModMat2d) == sizeof(KvGeMatrix3X3), "KvGeModMat2d adds no data");
 
-// The members of the same names, on m.
+/// The members of the same names, on m.
 KVGE_API void SetIdent(KvGeModMat3d& m);
 KVGE_API void SetTran(KvGeModMat3d& m, double dx, double dy, double dz);
 KVGE_API void SetRotate(KvGeModMat3d& m, const KvGeAngle& a, const KvGePoint3d& axis);
@@ -108,24 +109,24 @@ KVGE_API void CatRotate(KvGeModMat3d& m, const KvGeAngle& a, const KvGePoint3d& 
 KVGE_API void CatScale(KvGeModMat3d& m, double sx, double sy, double sz);
 KVGE_API void CatEnlRel(KvGeModMat3d& m, double sx, double sy, double sz, const KvGePoint3d& centre);
 KVGE_API void CatRotRel(KvGeModMat3d& m, const KvGeAngle& a, const KvGePoint3d& centre, const KvGePoint3d& axis);
-// out = a x b.
+/// out = a x b.
 KVGE_API void MatMMat(const KvGeModMat3d& a, const KvGeModMat3d& b, KvGeModMat3d& out);
-// m = m x n.
+/// m = m x n.
 KVGE_API void CatMat(KvGeModMat3d& m, const KvGeModMat3d& n);
-// out = p transformed by m.
+/// out = p transformed by m.
 KVGE_API void XFormPt(const KvGePoint3d& p, const KvGeModMat3d& m, KvGePoint3d& out);
-// dst = src, det = its determinant, then dst is inverted in place; 1 on success, 0 when singular
-// (dst then stays a copy of src).
+/// dst = src, det = its determinant, then dst is inverted in place; 1 on success, 0 when singular
+/// (dst then stays a copy of src).
 KVGE_API int Invert(const KvGeModMat3d& src, KvGeModMat3d& dst, double& det);
 KVGE_API void Transpose(KvGeModMat3d& m);
-// The rotation that carries the direction n onto the z axis: its columns are a horizontal unit
-// vector perpendicular to n, the unit vector perpendicular to both, and n. A null direction, or
-// one within 0.001 of vertical (upward or downward), gives the identity: a downward direction is
-// deliberately not flipped.
+/// The rotation that carries the direction n onto the z axis: its columns are a horizontal unit
+/// vector perpendicular to n, the unit vector perpendicular to both, and n. A null direction, or
+/// one within 0.001 of vertical (upward or downward), gives the identity: a downward direction is
+/// deliberately not flipped.
 KVGE_API KvGeModMat3d ZAchsenDrehmatrix(const KvGePoint3d& n);
-// The rigid motion about p0 that carries the frame of OrthonormalBasis(p0, p1, p0, p3) onto that
-// of OrthonormalBasis(p0, p2, p0, p4), axis to axis, with p0 as fixed point. 0 and m unchanged
-// when either frame cannot be built.
+/// The rigid motion about p0 that carries the frame of OrthonormalBasis(p0, p1, p0, p3) onto that
+/// of OrthonormalBasis(p0, p2, p0, p4), axis to axis, with p0 as fixed point. 0 and m unchanged
+/// when either frame cannot be built.
 KVGE_API int GetRotationMatrix(const KvGePoint3d& p0, const KvGePoint3d& p1, const KvGePoint3d& p2,
                                const KvGePoint3d& p3, const KvGePoint3d& p4, KvGeMatrix4X4& m);
 

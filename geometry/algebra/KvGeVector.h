@@ -1,17 +1,18 @@
 #pragma once
-// Row vectors of 2, 3 and 4 doubles: KvGeVector2 (x, y), KvGeVector3 (x, y, z) and
-// KvGeVector4 (x, y, z, w).
-//
-// The three classes are one family. Every member they share is written once in
-// KvGeVectorBase<N, V>, which loops over the components; the named classes add their
-// constructors, their component setters and the few members that only one size has.
-//
-// Tolerances: operator== compares the sum of squared component differences with 1e-6 (a
-// distance of at most 0.001, inclusive) and IsEqualTo(v, eps) with eps * eps, so neither takes
-// a square root. Normalize treats a vector no longer than 0.001 as having no direction and
-// leaves it unchanged. Division by exactly 0 leaves the vector unchanged, deliberately, in
-// place of an error. A component index out of range reads 0.0 and writes to a scratch double
-// that belongs to no vector.
+/// @file
+/// Row vectors of 2, 3 and 4 doubles: KvGeVector2 (x, y), KvGeVector3 (x, y, z) and
+/// KvGeVector4 (x, y, z, w).
+///
+/// The three classes are one family. Every member they share is written once in
+/// KvGeVectorBase<N, V>, which loops over the components; the named classes add their
+/// constructors, their component setters and the few members that only one size has.
+///
+/// Tolerances: operator== compares the sum of squared component differences with 1e-6 (a
+/// distance of at most 0.001, inclusive) and IsEqualTo(v, eps) with eps * eps, so neither takes
+/// a square root. Normalize treats a vector no longer than 0.001 as having no direction and
+/// leaves it unchanged. Division by exactly 0 leaves the vector unchanged, deliberately, in
+/// place of an error. A component index out of range reads 0.0 and writes to a scratch double
+/// that belongs to no vector.
 
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"
@@ -27,7 +28,7 @@ class KvGeMatrix4X4;
 
 namespace KvGeDetail {
 
-// The square matrix that multiplies a vector of each size.
+/// The square matrix that multiplies a vector of each size.
 template <unsigned N>
 struct MatrixOf;
 template <>
@@ -66,7 +67,7 @@ class VectorBase : public CoordBase<N, V, BadIndexRead::kZero> {
     this->SubCoords(o);
     return this->Self();
   }
-  // Component-wise minimum (&) and maximum (|); a tie takes the argument's component.
+  /// Component-wise minimum (&) and maximum (|); a tie takes the argument's component.
   V& operator&=(const V& o) {
     this->MinCoords(o);
     return this->Self();
@@ -80,19 +81,19 @@ class VectorBase : public CoordBase<N, V, BadIndexRead::kZero> {
   V operator&(const V& o) const { return V(this->Self()) &= o; }
   V operator|(const V& o) const { return V(this->Self()) |= o; }
 
-  // Row vector times matrix: r(j) = sum over i of v(i) * M(i, j). Needs KvGeMatrix.h.
+  /// Row vector times matrix: r(j) = sum over i of v(i) * M(i, j). Needs KvGeMatrix.h.
   V operator*(const Matrix& m) const { return Times(m); }
   V& operator*=(const Matrix& m) { return this->Self() = Times(m); }
   using Base::operator*=;
-  // The solution x of x x M = v; a singular M leaves the vector unchanged. Needs KvGeMatrix.h.
+  /// The solution x of x x M = v; a singular M leaves the vector unchanged. Needs KvGeMatrix.h.
   V operator/(const Matrix& m) const { return Over(m); }
   V& operator/=(const Matrix& m) { return this->Self() = Over(m); }
   using Base::operator/;
   using Base::operator/=;
 
-  // 1 when the squared distance is <= eps * eps.
+  /// 1 when the squared distance is <= eps * eps.
   int IsEqualTo(const V& o, double eps = kKvGeLinearTol) const { return this->DistanceSqr(o) <= eps * eps ? 1 : 0; }
-  // 1 when the squared distance is <= 1e-6.
+  /// 1 when the squared distance is <= 1e-6.
   int operator==(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 1 : 0; }
   int operator!=(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 0 : 1; }
 
@@ -114,7 +115,7 @@ class KVGE_API KvGeVector2 : public KvGeDetail::VectorBase<2, KvGeVector2> {
   KvGeVector2& operator=(const KvGeVector2&) = default;
   virtual ~KvGeVector2();
 
-  // The component handed out for an index out of range.
+  /// The component handed out for an index out of range.
   static double m_vDummy;
 
   using VectorBase::Set;
@@ -134,7 +135,7 @@ class KVGE_API KvGeVector3 : public KvGeDetail::VectorBase<3, KvGeVector3> {
   KvGeVector3& operator=(const KvGeVector3&) = default;
   virtual ~KvGeVector3();
 
-  // The component handed out for an index out of range.
+  /// The component handed out for an index out of range.
   static double m_vDummy;
 
   using VectorBase::Set;
@@ -145,9 +146,9 @@ class KVGE_API KvGeVector3 : public KvGeDetail::VectorBase<3, KvGeVector3> {
     return *this;
   }
 
-  // The two components other than component k, in order; k >= 3 gives (x, y).
+  /// The two components other than component k, in order; k >= 3 gives (x, y).
   KvGeVector2 SubVector2(unsigned k) const;
-  // Writes v into the two components other than k, in order; k >= 3 writes x and y.
+  /// Writes v into the two components other than k, in order; k >= 3 writes x and y.
   KvGeVector3& SetSubVector2(const KvGeVector2& v, unsigned k);
 };
 
@@ -160,7 +161,7 @@ class KVGE_API KvGeVector4 : public KvGeDetail::VectorBase<4, KvGeVector4> {
   KvGeVector4& operator=(const KvGeVector4&) = default;
   virtual ~KvGeVector4();
 
-  // The component handed out for an index out of range.
+  /// The component handed out for an index out of range.
   static double m_vDummy;
 
   using VectorBase::Set;
@@ -172,9 +173,9 @@ class KVGE_API KvGeVector4 : public KvGeDetail::VectorBase<4, KvGeVector4> {
     return *this;
   }
 
-  // The three components other than component k, in order; k >= 4 gives (x, y, z).
+  /// The three components other than component k, in order; k >= 4 gives (x, y, z).
   KvGeVector3 SubVector3(unsigned k) const;
-  // Writes v into the three components other than k, in order; k >= 4 writes x, y and z.
+  /// Writes v into the three components other than k, in order; k >= 4 writes x, y and z.
   KvGeVector4& SetSubVector3(const KvGeVector3& v, unsigned k);
 };
 
@@ -183,11 +184,11 @@ static_assert(sizeof(KvGeVector2) == sizeof(void*) + 2 * sizeof(double), "KvGeVe
 static_assert(sizeof(KvGeVector3) == sizeof(void*) + 3 * sizeof(double), "KvGeVector3 layout");
 static_assert(sizeof(KvGeVector4) == sizeof(void*) + 4 * sizeof(double), "KvGeVector4 layout");
 
-// (-y, x): v turned a quarter turn counter-clockwise.
+/// (-y, x): v turned a quarter turn counter-clockwise.
 inline KvGeVector2 Normal(const KvGeVector2& v) { return KvGeVector2(-v.y, v.x); }
-// a.x * b.y - a.y * b.x.
+/// a.x * b.y - a.y * b.x.
 inline double Determinate(const KvGeVector2& a, const KvGeVector2& b) { return a.x * b.y - a.y * b.x; }
-// The cross product a x b.
+/// The cross product a x b.
 inline KvGeVector3 Normal(const KvGeVector3& a, const KvGeVector3& b) {
   return KvGeVector3(a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x);
 }

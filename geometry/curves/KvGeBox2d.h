@@ -1,18 +1,19 @@
 #pragma once
-// Axis-aligned boxes: KvGeBox2d (corners KvGePoint2d) and KvGeBox3d (corners KvGePoint3d).
-//
-// A box is its two corners Min and Max, carrying the homogeneous flags of the points; union and
-// intersection are the point minimum and maximum operators with their flag rules. The empty box
-// runs from (1e9, ...) to (-1e9, ...), both ordinary; folding points in turns it into their box.
-// Nothing is sorted when corners are set, and there is no emptiness flag: IsEmpty decides.
-//
-// Tolerance 0.001 throughout, and each test names its side of the band:
-// - IsEmpty(strict): strict non-zero asks Min.c > Max.c + 0.001 on some axis (a box collapsed
-//   to a line or a point is not empty); strict 0 asks Min.c >= Max.c - 0.001 (it is).
-// - IsInside(p, closed): closed non-zero accepts a point up to 0.001 outside the border; closed
-//   0 demands more than 0.001 inside.
-// The family shares KvGeDetail::BoxBase<N, B, P>; the named classes add the conversions and the
-// members that take their own point arrays and matrices.
+/// @file
+/// Axis-aligned boxes: KvGeBox2d (corners KvGePoint2d) and KvGeBox3d (corners KvGePoint3d).
+///
+/// A box is its two corners Min and Max, carrying the homogeneous flags of the points; union and
+/// intersection are the point minimum and maximum operators with their flag rules. The empty box
+/// runs from (1e9, ...) to (-1e9, ...), both ordinary; folding points in turns it into their box.
+/// Nothing is sorted when corners are set, and there is no emptiness flag: IsEmpty decides.
+///
+/// Tolerance 0.001 throughout, and each test names its side of the band:
+/// - IsEmpty(strict): strict non-zero asks Min.c > Max.c + 0.001 on some axis (a box collapsed
+///   to a line or a point is not empty); strict 0 asks Min.c >= Max.c - 0.001 (it is).
+/// - IsInside(p, closed): closed non-zero accepts a point up to 0.001 outside the border; closed
+///   0 demands more than 0.001 inside.
+/// The family shares KvGeDetail::BoxBase<N, B, P>; the named classes add the conversions and the
+/// members that take their own point arrays and matrices.
 
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"
@@ -41,7 +42,7 @@ class BoxBase {
   P& Max() { return m_Max; }
   const P& Max() const { return m_Max; }
 
-  // The empty box.
+  /// The empty box.
   B& Set() {
     m_Min = P(1e9);
     m_Max = P(-1e9);
@@ -53,13 +54,13 @@ class BoxBase {
     return Self();
   }
 
-  // Intersection: the larger minima and the smaller maxima.
+  /// Intersection: the larger minima and the smaller maxima.
   B& operator&=(const B& o) {
     m_Min |= o.m_Min;
     m_Max &= o.m_Max;
     return Self();
   }
-  // Union: the smaller minima and the larger maxima.
+  /// Union: the smaller minima and the larger maxima.
   B& operator|=(const B& o) {
     m_Min &= o.m_Min;
     m_Max |= o.m_Max;
@@ -83,7 +84,7 @@ class BoxBase {
   int IsInside(const P& p, int closed) const { return IsInsideOn(N, p, closed, kKvGeLinearTol); }
   int IsInside(const B& o, int closed) const { return IsInside(o.m_Min, closed) && IsInside(o.m_Max, closed); }
 
-  // Exchanges Min.c and Max.c on each axis where Min.c > Max.c; the flags stay.
+  /// Exchanges Min.c and Max.c on each axis where Min.c > Max.c; the flags stay.
   B& Normalize() {
     for (unsigned k = 0; k < N; ++k)
       if (m_Min[k] > m_Max[k]) {
@@ -103,7 +104,7 @@ class BoxBase {
     m_Max += p;
     return Self();
   }
-  // Grows each ordinary corner by d on every axis; an infinite corner is left alone.
+  /// Grows each ordinary corner by d on every axis; an infinite corner is left alone.
   B& Expand(double d) {
     for (unsigned k = 0; k < N; ++k) {
       if (!m_Min.m_bInfinite) m_Min[k] -= d;
@@ -117,7 +118,7 @@ class BoxBase {
   B Expanded(double d) const { return B(Self()).Expand(d); }
 
  protected:
-  // The tests on the first `axes` coordinates (2 for the plan tests of a space box).
+  /// The tests on the first `axes` coordinates (2 for the plan tests of a space box).
   int IsEmptyOn(unsigned axes, int strict) const {
     for (unsigned k = 0; k < axes; ++k)
       if (strict ? IsGreater(m_Min[k], m_Max[k], kKvGeLinearTol) : IsGreaterOrEqual(m_Min[k], m_Max[k], kKvGeLinearTol))
@@ -132,14 +133,14 @@ class BoxBase {
     }
     return 1;
   }
-  // Corner i takes, on axis k, Min when bit k of i is set and Max otherwise.
+  /// Corner i takes, on axis k, Min when bit k of i is set and Max otherwise.
   P Corner(unsigned i) const {
     P c = m_Max;
     for (unsigned k = 0; k < N; ++k)
       if (i & (1u << k)) c[k] = m_Min[k];
     return c;
   }
-  // The box of the 2^N corners transformed by m, folded into the empty box.
+  /// The box of the 2^N corners transformed by m, folded into the empty box.
   template <class M>
   B CornerBox(const M& m) const {
     B r;
@@ -160,7 +161,7 @@ class KVGE_API KvGeBox2d : public KvGeDetail::BoxBase<2, KvGeBox2d, KvGePoint2d>
  public:
   KvGeBox2d() = default;
   KvGeBox2d(const KvGePoint2d& min, const KvGePoint2d& max) : BoxBase(min, max) {}
-  // The plan box: x, y and the flags of the corners.
+  /// The plan box: x, y and the flags of the corners.
   explicit KvGeBox2d(const KvGeBox3d& b);
   KvGeBox2d(const KvGeBox2d&) = default;
   KvGeBox2d& operator=(const KvGeBox2d&) = default;
@@ -168,7 +169,7 @@ class KVGE_API KvGeBox2d : public KvGeDetail::BoxBase<2, KvGeBox2d, KvGePoint2d>
 
   using BoxBase::Set;
   KvGeBox2d& Set(const KvGeBox3d& b);
-  // The plan box with an empty z range (1e9 .. -1e9).
+  /// The plan box with an empty z range (1e9 .. -1e9).
   KvGeBox3d Box3d() const;
 
   using BoxBase::IsInside;
@@ -177,13 +178,13 @@ class KVGE_API KvGeBox2d : public KvGeDetail::BoxBase<2, KvGeBox2d, KvGePoint2d>
     return IsInsideTol(b.m_Min, closed, tol) && IsInsideTol(b.m_Max, closed, tol);
   }
 
-  // Four ordinary points counter-clockwise from the minimum corner.
+  /// Four ordinary points counter-clockwise from the minimum corner.
   void Points(KvGePoint2dArray& points) const;
-  // Both corners transformed (the box does not stay axis-aligned under a rotation).
+  /// Both corners transformed (the box does not stay axis-aligned under a rotation).
   KvGeBox2d& Transform(const KvGeModMat2d& m);
   KvGeBox2d Transformed(const KvGeModMat2d& m) const { return KvGeBox2d(*this).Transform(m); }
-  // The box of the four transformed corners; corner i takes x = Min.x when bit 1 of i is set,
-  // else Max.x, and y = Min.y when bit 2 is set, else Max.y.
+  /// The box of the four transformed corners; corner i takes x = Min.x when bit 1 of i is set,
+  /// else Max.x, and y = Min.y when bit 2 is set, else Max.y.
   KvGeBox2d BoundingBox(const KvGeModMat2d& m) const;
 };
 
@@ -191,7 +192,7 @@ class KVGE_API KvGeBox3d : public KvGeDetail::BoxBase<3, KvGeBox3d, KvGePoint3d>
  public:
   KvGeBox3d() = default;
   KvGeBox3d(const KvGePoint3d& min, const KvGePoint3d& max) : BoxBase(min, max) {}
-  // Corners (b.Min.x, b.Min.y, zmin) and (b.Max.x, b.Max.y, zmax) with the flags of b's corners.
+  /// Corners (b.Min.x, b.Min.y, zmin) and (b.Max.x, b.Max.y, zmax) with the flags of b's corners.
   KvGeBox3d(const KvGeBox2d& b, double zmin, double zmax) { Set(b, zmin, zmax); }
   KvGeBox3d(const KvGeBox3d&) = default;
   KvGeBox3d& operator=(const KvGeBox3d&) = default;
@@ -206,7 +207,7 @@ class KVGE_API KvGeBox3d : public KvGeDetail::BoxBase<3, KvGeBox3d, KvGePoint3d>
   KvGeBox2d Box2d() const { return KvGeBox2d(*this); }
   double ZExtent() const { return m_Max.z - m_Min.z; }
 
-  // The tests on x and y only.
+  /// The tests on x and y only.
   int IsEmpty2d(int strict) const { return IsEmptyOn(2, strict); }
   int IsDisjoint2d(const KvGeBox3d& b, int strict) const { return (*this & b).IsEmpty2d(strict); }
   int IsInside2d(const KvGePoint3d& p, int closed) const { return IsInsideOn(2, p, closed, kKvGeLinearTol); }
@@ -214,11 +215,11 @@ class KVGE_API KvGeBox3d : public KvGeDetail::BoxBase<3, KvGeBox3d, KvGePoint3d>
     return IsInside2d(b.m_Min, closed) && IsInside2d(b.m_Max, closed);
   }
 
-  // Eight ordinary points: the four plan corners counter-clockwise at Min.z, then at Max.z.
+  /// Eight ordinary points: the four plan corners counter-clockwise at Min.z, then at Max.z.
   void Points(KvGePoint3dArray& points) const;
   KvGeBox3d& Transform(const KvGeModMat3d& m);
   KvGeBox3d Transformed(const KvGeModMat3d& m) const { return KvGeBox3d(*this).Transform(m); }
-  // The box of the eight transformed corners; z = Min.z when bit 4 of the corner index is set.
+  /// The box of the eight transformed corners; z = Min.z when bit 4 of the corner index is set.
   KvGeBox3d BoundingBox(const KvGeModMat3d& m) const;
 };
 

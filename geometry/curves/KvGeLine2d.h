@@ -1,13 +1,14 @@
 #pragma once
-// Straight pieces between two points: KvGeLine2d in the plane, KvGeLine3d in space and
-// KvGeLine23d in space with plan handling and a height. Segment is an attribute stored and
-// handed out as passed (the intersection functions give it its meaning); Sense is an orientation
-// sign, +1 or -1. Invert negates any stored sense within the int range: INT_MIN becomes INT_MAX.
-//
-// The equality rules differ deliberately: KvGeLine2d compares the end points (within 0.001, same
-// kind) and Sense and ignores Segment; KvGeLine3d compares the end points and Segment and has no
-// Sense; KvGeLine23d has no equality. No line equals its own inverse. The plan line's box adds
-// the height to the top when it is positive, otherwise to the bottom.
+/// @file
+/// Straight pieces between two points: KvGeLine2d in the plane, KvGeLine3d in space and
+/// KvGeLine23d in space with plan handling and a height. Segment is an attribute stored and
+/// handed out as passed (the intersection functions give it its meaning); Sense is an orientation
+/// sign, +1 or -1. Invert negates any stored sense within the int range: INT_MIN becomes INT_MAX.
+///
+/// The equality rules differ deliberately: KvGeLine2d compares the end points (within 0.001, same
+/// kind) and Sense and ignores Segment; KvGeLine3d compares the end points and Segment and has no
+/// Sense; KvGeLine23d has no equality. No line equals its own inverse. The plan line's box adds
+/// the height to the top when it is positive, otherwise to the bottom.
 
 #include <climits>
 #include <cmath>
@@ -24,7 +25,7 @@ class KvGeModMat3d;
 
 namespace KvGeDetail {
 
-// The end points and the Segment attribute, with the members that every line has.
+/// The end points and the Segment attribute, with the members that every line has.
 template <class P, class B>
 class LineBase {
  public:
@@ -38,7 +39,7 @@ class LineBase {
   int& Segment() { return m_Segment; }
   int Segment() const { return m_Segment; }
 
-  // The empty box with both end points folded in.
+  /// The empty box with both end points folded in.
   B PointBox() const {
     B box;
     box.Include(m_P1);
@@ -52,7 +53,7 @@ class LineBase {
     m_P1 = m_P2;
     m_P2 = t;
   }
-  // -sense; INT_MIN, which has no negative in an int, gives INT_MAX.
+  /// -sense; INT_MIN, which has no negative in an int, gives INT_MAX.
   static int NegatedSense(int sense) { return sense == INT_MIN ? INT_MAX : -sense; }
 
   P m_P1;
@@ -77,14 +78,14 @@ class KVGE_API KvGeLine2d : public KvGeDetail::LineBase<KvGePoint2d, KvGeBox2d> 
   int& Sense() { return m_Sense; }
   int Sense() const { return m_Sense; }
 
-  // End points within tol (same kind) and equal Sense; Segment is not compared.
+  /// End points within tol (same kind) and equal Sense; Segment is not compared.
   int IsEqualTo(const KvGeLine2d& l, double tol = kKvGeLinearTol) const {
     return (m_P1.IsEqualTo(l.m_P1, tol) && m_P2.IsEqualTo(l.m_P2, tol) && m_Sense == l.m_Sense) ? 1 : 0;
   }
   int operator==(const KvGeLine2d& l) const { return IsEqualTo(l, kKvGeLinearTol); }
   int operator!=(const KvGeLine2d& l) const { return IsEqualTo(l, kKvGeLinearTol) ? 0 : 1; }
 
-  // Exchanges the end points and negates Sense.
+  /// Exchanges the end points and negates Sense.
   KvGeLine2d& Invert() {
     SwapEnds();
     m_Sense = NegatedSense(m_Sense);
@@ -120,12 +121,12 @@ class KVGE_API KvGeLine3d : public KvGeDetail::LineBase<KvGePoint3d, KvGeBox3d> 
     return *this = KvGeLine3d(x1, y1, z1, x2, y2, z2, segment);
   }
 
-  // The same object, or equal end points (point ==) and equal Segment.
+  /// The same object, or equal end points (point ==) and equal Segment.
   int operator==(const KvGeLine3d& l) const {
     return (this == &l || (m_P1 == l.m_P1 && m_P2 == l.m_P2 && m_Segment == l.m_Segment)) ? 1 : 0;
   }
   int operator!=(const KvGeLine3d& l) const { return (*this == l) ? 0 : 1; }
-  // Exchanges the end points (there is no Sense to change).
+  /// Exchanges the end points (there is no Sense to change).
   KvGeLine3d& negate() {
     SwapEnds();
     return *this;
@@ -137,10 +138,10 @@ class KVGE_API KvGeLine3d : public KvGeDetail::LineBase<KvGePoint3d, KvGeBox3d> 
   KvGeLine3d Transformed(const KvGeModMat3d& m) const { return KvGeLine3d(*this).Transform(m); }
 
   KvGeVector3 vector() const { return KvGeVector3(m_P2.x - m_P1.x, m_P2.y - m_P1.y, m_P2.z - m_P1.z); }
-  // |P2 - P1| in space.
+  /// |P2 - P1| in space.
   double lenght() const { return vector().Length(); }
-  // Move P1 towards P2 by d, P2 towards P1 by d, or both along P1 -> P2 by d; a negative d
-  // lengthens or moves backwards. A line of length exactly 0 stays; the flags are not touched.
+  /// Move P1 towards P2 by d, P2 towards P1 by d, or both along P1 -> P2 by d; a negative d
+  /// lengthens or moves backwards. A line of length exactly 0 stays; the flags are not touched.
   KvGeLine3d& trimP1(double d);
   KvGeLine3d& trimP2(double d);
   KvGeLine3d& move(double d);
@@ -172,11 +173,11 @@ class KVGE_API KvGeLine23d : public KvGeDetail::LineBase<KvGePoint3d, KvGeBox3d>
   KvGeLine23d& Orientate(int sense) { return m_Sense == sense ? *this : Invert(); }
   KvGeLine23d Orientated(int sense) const { return KvGeLine23d(*this).Orientate(sense); }
 
-  // The box of the end points with the height added to the top (height > 0) or else to the
-  // bottom.
+  /// The box of the end points with the height added to the top (height > 0) or else to the
+  /// bottom.
   KvGeBox3d BoundingBox() const;
   KvGeBox3d BoundingBox(const KvGeModMat3d& m) const { return Transformed(m).BoundingBox(); }
-  // The end points transformed; the height is kept.
+  /// The end points transformed; the height is kept.
   KvGeLine23d& Transform(const KvGeModMat3d& m);
   KvGeLine23d Transformed(const KvGeModMat3d& m) const { return KvGeLine23d(*this).Transform(m); }
 

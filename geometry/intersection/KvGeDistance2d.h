@@ -1,17 +1,18 @@
 #pragma once
-// Squared distances in the plane, and the nearest edge of a closed point sequence.
-//
-// A segment a-b is parametrised by the distance t of the foot of the perpendicular from a,
-// measured along a-b. A foot that falls up to 0.001 before a or beyond b (inclusive) is still
-// measured perpendicularly; farther out the distance is the one to the nearer end point. So a
-// point just off the end of a segment may measure closer than it really lies, by design: a
-// segment seen with the drawing tolerance is a little longer than its end points. A segment no
-// longer than 0.001 is measured as its start point.
-//
-// Closed sequences of n points are read as n edges, the last closing back to the first point.
-// The "23d" and KvGePoint3d forms measure in plan, by x and y only. Flags of points at infinity
-// are ignored: the coordinates are measured as they stand. Every function answers the squared
-// distance and takes no tolerance argument.
+/// @file
+/// Squared distances in the plane, and the nearest edge of a closed point sequence.
+///
+/// A segment a-b is parametrised by the distance t of the foot of the perpendicular from a,
+/// measured along a-b. A foot that falls up to 0.001 before a or beyond b (inclusive) is still
+/// measured perpendicularly; farther out the distance is the one to the nearer end point. So a
+/// point just off the end of a segment may measure closer than it really lies, by design: a
+/// segment seen with the drawing tolerance is a little longer than its end points. A segment no
+/// longer than 0.001 is measured as its start point.
+///
+/// Closed sequences of n points are read as n edges, the last closing back to the first point.
+/// The "23d" and KvGePoint3d forms measure in plan, by x and y only. Flags of points at infinity
+/// are ignored: the coordinates are measured as they stand. Every function answers the squared
+/// distance and takes no tolerance argument.
 
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtSimpleArray.h"
@@ -24,8 +25,8 @@
 
 namespace KvGeDetail {
 
-// The segment distance on raw coordinates. which tells the point measured to: 1 the start a,
-// 2 the end b, 0 the foot (mx, my).
+/// The segment distance on raw coordinates. which tells the point measured to: 1 the start a,
+/// 2 the end b, 0 the foot (mx, my).
 inline double SegmentDistanceSqr(double ax, double ay, double bx, double by, double px, double py, double& mx,
                                  double& my, int& which) {
   const double dx = bx - ax, dy = by - ay;

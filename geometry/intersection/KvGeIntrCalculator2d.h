@@ -1,24 +1,25 @@
 #pragma once
-// Intersection calculators: collect the intersection records of two objects, order them along
-// each object and cut each object into typed parts between consecutive records.
-//
-// A new calculator holds the two sentinels kNegInfinity and kPosInfinity, so every order begins
-// and ends with them and the parts cover the whole object. Sorting builds a permutation of the
-// records (quicksort, middle entry as pivot above 8 entries, exchange sort below, heap sort for
-// a range split too deeply, so never quadratic; not stable). Cutting walks the n records in the
-// order held (n - 1 parts) and sums the crossing counts with respect to the other
-// object (the crossover is deliberate: walking along object 0 counts how it crosses object 1,
-// CutCode1). A part whose end parameters are equal within 0.001 has type 0 (no length; segment
-// indices are not compared); otherwise the running count s gives +1 (inside) when s <= -2, 0
-// (on the boundary) when s = -1 and -1 (outside) when s >= 0.
-//
-// Accessors clamp: an index at or beyond the size (an unsigned index "below 0" included) gives
-// the last element, and so does a permutation entry outside the record array. Reading parts
-// before any Calculate call gives a default part rather than touching missing storage.
-//
-// The calculator is built once per query: records, parts and permutations keep their storage
-// between sorts and cuts, and growing follows the arrays' geometric policy. Copies are deep and
-// own their own permutations.
+/// @file
+/// Intersection calculators: collect the intersection records of two objects, order them along
+/// each object and cut each object into typed parts between consecutive records.
+///
+/// A new calculator holds the two sentinels kNegInfinity and kPosInfinity, so every order begins
+/// and ends with them and the parts cover the whole object. Sorting builds a permutation of the
+/// records (quicksort, middle entry as pivot above 8 entries, exchange sort below, heap sort for
+/// a range split too deeply, so never quadratic; not stable). Cutting walks the n records in the
+/// order held (n - 1 parts) and sums the crossing counts with respect to the other
+/// object (the crossover is deliberate: walking along object 0 counts how it crosses object 1,
+/// CutCode1). A part whose end parameters are equal within 0.001 has type 0 (no length; segment
+/// indices are not compared); otherwise the running count s gives +1 (inside) when s <= -2, 0
+/// (on the boundary) when s = -1 and -1 (outside) when s >= 0.
+///
+/// Accessors clamp: an index at or beyond the size (an unsigned index "below 0" included) gives
+/// the last element, and so does a permutation entry outside the record array. Reading parts
+/// before any Calculate call gives a default part rather than touching missing storage.
+///
+/// The calculator is built once per query: records, parts and permutations keep their storage
+/// between sorts and cuts, and growing follows the arrays' geometric policy. Copies are deep and
+/// own their own permutations.
 
 #include <memory>
 
@@ -30,8 +31,8 @@
 class KvGeIntrCalculator2d;
 class KvGeIntrCalculator23d;
 
-// Orders two record indices of a calculator along object 0 or 1 (Compare0 or Compare1); equal
-// indices compare 0.
+/// Orders two record indices of a calculator along object 0 or 1 (Compare0 or Compare1); equal
+/// indices compare 0.
 class KVGE_API KvGeIntrPoint2dCO {
  public:
   using Calculator = KvGeIntrCalculator2d;
@@ -98,15 +99,15 @@ class IntrCalculatorBase : public Records {
     CalculateParts1();
   }
 
-  // The number of parts (not of records).
+  /// The number of parts (not of records).
   int GetSize0() const { return m_Parts0.GetSize(); }
   int GetSize1() const { return m_Parts1.GetSize(); }
-  // The i-th record in the order along object 0 or 1.
+  /// The i-th record in the order along object 0 or 1.
   R& Element0(unsigned i) { return Record(*m_Perm0, i); }
   const R& Element0(unsigned i) const { return Record(*m_Perm0, i); }
   R& Element1(unsigned i) { return Record(*m_Perm1, i); }
   const R& Element1(unsigned i) const { return Record(*m_Perm1, i); }
-  // The i-th part along object 0 or 1.
+  /// The i-th part along object 0 or 1.
   Part& Part0(unsigned i) { return m_Parts0.ElementAt(Clamp(i, m_Parts0.GetSize())); }
   const Part& Part0(unsigned i) const { return m_Parts0.ElementAt(Clamp(i, m_Parts0.GetSize())); }
   Part& Part1(unsigned i) { return m_Parts1.ElementAt(Clamp(i, m_Parts1.GetSize())); }
@@ -117,8 +118,8 @@ class IntrCalculatorBase : public Records {
   const KvTlPermVector& Perm0() const { return *m_Perm0; }
   const KvTlPermVector& Perm1() const { return *m_Perm1; }
 
-  // Reachable by the intersection and containment functions, which fill a calculator and may
-  // cut along an order they have set up themselves.
+  /// Reachable by the intersection and containment functions, which fill a calculator and may
+  /// cut along an order they have set up themselves.
   void SortIntrPoints0() { Sort(*m_Perm0, 0); }
   void SortIntrPoints1() { Sort(*m_Perm1, 1); }
   void CalculateParts0() { Cut(*m_Perm0, m_Parts0, 0); }
@@ -129,7 +130,7 @@ class IntrCalculatorBase : public Records {
 
   R& Record(const KvTlPermVector& perm, unsigned i) { return this->ElementAt(Entry(perm, i)); }
   const R& Record(const KvTlPermVector& perm, unsigned i) const { return this->ElementAt(Entry(perm, i)); }
-  // The record index of position i of the order; ElementAt clamps an entry out of range.
+  /// The record index of position i of the order; ElementAt clamps an entry out of range.
   static int Entry(const KvTlPermVector& perm, unsigned i) {
     return perm.GetSize() == 0 ? -1 : perm.GetAt(Clamp(i, perm.GetSize()));
   }
@@ -140,10 +141,10 @@ class IntrCalculatorBase : public Records {
     perm.Sort(CO(static_cast<const typename CO::Calculator&>(*this), object));
   }
 
-  // One part per neighbouring pair of the n records, walked through the order the permutation
-  // holds. A cut may run alone after records were added or removed since the last sort (or
-  // before any sort): positions and entries beyond the permutation or the records then clamp
-  // to the last, but the number of parts always follows the records.
+  /// One part per neighbouring pair of the n records, walked through the order the permutation
+  /// holds. A cut may run alone after records were added or removed since the last sort (or
+  /// before any sort): positions and entries beyond the permutation or the records then clamp
+  /// to the last, but the number of parts always follows the records.
   void Cut(const KvTlPermVector& perm, KvBtDynArray<Part>& parts, int object) {
     const int records = this->GetSize();
     const int n = records < 2 ? 0 : records - 1;

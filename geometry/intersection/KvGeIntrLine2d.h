@@ -1,20 +1,21 @@
 #pragma once
-// Where lines cross: two lines, a line and a circle, a line and the edges of a closed point
-// sequence; the parallel of a segment and the piercing point of a line through a plane.
-//
-// Two lines p1 + d1 t and q1 + d2 u (d1 = p2 - p1, d2 = q2 - q1) are crossed as infinite lines
-// first. A line no longer than 0.001 gives no crossing, nor do lines whose directions differ
-// by a sine of at most 1e-6 (parallel or collinear; overlapping collinear segments are not told
-// apart and give no crossing either, even when long). The crossing point is computed with one
-// reciprocal of the cross product c = d1 x d2; its sign is the crossing sense: +1 when the
-// second line crosses the first from its right to its left.
-//
-// Parameters are distances in drawing units from the start point of each line along it. On a
-// bounded line (Segment non-zero) a crossing within 0.001 of an end point (inclusive) lies at
-// that end: end code -1 at the start, +1 at the end, 0 strictly inside; farther outside it is
-// no crossing. An unbounded line has end code 0 everywhere.
-//
-// The "23d" and KvGePoint3d forms work in plan (x and y); their crossing point has z = 0.
+/// @file
+/// Where lines cross: two lines, a line and a circle, a line and the edges of a closed point
+/// sequence; the parallel of a segment and the piercing point of a line through a plane.
+///
+/// Two lines p1 + d1 t and q1 + d2 u (d1 = p2 - p1, d2 = q2 - q1) are crossed as infinite lines
+/// first. A line no longer than 0.001 gives no crossing, nor do lines whose directions differ
+/// by a sine of at most 1e-6 (parallel or collinear; overlapping collinear segments are not told
+/// apart and give no crossing either, even when long). The crossing point is computed with one
+/// reciprocal of the cross product c = d1 x d2; its sign is the crossing sense: +1 when the
+/// second line crosses the first from its right to its left.
+///
+/// Parameters are distances in drawing units from the start point of each line along it. On a
+/// bounded line (Segment non-zero) a crossing within 0.001 of an end point (inclusive) lies at
+/// that end: end code -1 at the start, +1 at the end, 0 strictly inside; farther outside it is
+/// no crossing. An unbounded line has end code 0 everywhere.
+///
+/// The "23d" and KvGePoint3d forms work in plan (x and y); their crossing point has z = 0.
 
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/curves/KvGeCircle2d.h"
@@ -26,8 +27,8 @@
 
 namespace KvGeDetail {
 
-// The first of two lines to be crossed, with what does not depend on the second one, so that a
-// line crossed with many edges measures itself once (the results are the same bit for bit).
+/// The first of two lines to be crossed, with what does not depend on the second one, so that a
+/// line crossed with many edges measures itself once (the results are the same bit for bit).
 struct FirstLine {
   FirstLine(double p1x_, double p1y_, double p2x_, double p2y_)
       : p1x(p1x_),
@@ -39,9 +40,9 @@ struct FirstLine {
         l1(std::sqrt(d1x * d1x + d1y * d1y)),
         k1(p1x_ * p2y_ - p1y_ * p2x_) {}
 
-  // The crossing with the infinite line through q1 and q2: 0 for a line no longer than 0.001
-  // or a sine of the angle within 1e-6; otherwise 1 with the crossing (sx, sy), the cross
-  // product c and the length l2.
+  /// The crossing with the infinite line through q1 and q2: 0 for a line no longer than 0.001
+  /// or a sine of the angle within 1e-6; otherwise 1 with the crossing (sx, sy), the cross
+  /// product c and the length l2.
   int CrossInfinite(double q1x, double q1y, double q2x, double q2y, double& sx, double& sy, double& c,
                     double& l2) const {
     const double d2x = q2x - q1x, d2y = q2y - q1y;
@@ -66,8 +67,8 @@ inline int CrossInfiniteLines(double p1x, double p1y, double p2x, double p2y, do
   return a.CrossInfinite(q1x, q1y, q2x, q2y, sx, sy, c, l2);
 }
 
-// Where parameter t lies on a segment of length len: end code 0 strictly inside, -1 at the
-// start, +1 at the end (within 0.001, the start tested first); 0 when it lies outside.
+/// Where parameter t lies on a segment of length len: end code 0 strictly inside, -1 at the
+/// start, +1 at the end (within 0.001, the start tested first); 0 when it lies outside.
 inline int SegmentEndCode(double t, double len, int& code) {
   if (KvBtRealCompare(0.0, t, kKvGeLinearTol) < 0 && KvBtRealCompare(t, len, kKvGeLinearTol) < 0)
     code = 0;
@@ -80,8 +81,8 @@ inline int SegmentEndCode(double t, double len, int& code) {
   return 1;
 }
 
-// The record of the crossing of a (bounded when segA) and b (bounded when segB) in plan
-// coordinates; 0 when there is none.
+/// The record of the crossing of a (bounded when segA) and b (bounded when segB) in plan
+/// coordinates; 0 when there is none.
 struct Crossing {
   double x, y;
   int sense, code0, code1;
@@ -106,14 +107,14 @@ inline int CrossLines(double p1x, double p1y, double p2x, double p2y, int segA, 
   return CrossLines(FirstLine(p1x, p1y, p2x, p2y), segA, q1x, q1y, q2x, q2y, segB, r);
 }
 
-// An edge whose end points both lie more than this far on the same side of a line cannot meet
-// it within 0.001 of the edge: the crossing of the infinite lines lies at least as far beyond
-// the nearer end, measured along the edge. The margin over 0.001 absorbs rounding.
+/// An edge whose end points both lie more than this far on the same side of a line cannot meet
+/// it within 0.001 of the edge: the crossing of the infinite lines lies at least as far beyond
+/// the nearer end, measured along the edge. The margin over 0.001 absorbs rounding.
 constexpr double kSideBand = 0.0015;
 
-// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that l crosses
-// (edge bounded, l as its Segment says), in edge order. Edges lying wholly on one side of the
-// line beyond kSideBand are skipped without a square root; they could not cross.
+/// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that l crosses
+/// (edge bounded, l as its Segment says), in edge order. Edges lying wholly on one side of the
+/// line beyond kSideBand are skipped without a square root; they could not cross.
 template <class Add>
 void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&& add) {
   const FirstLine a(l.P1().x, l.P1().y, l.P2().x, l.P2().y);

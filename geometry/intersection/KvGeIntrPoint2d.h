@@ -1,20 +1,21 @@
 #pragma once
-// Intersection records. When two objects (object 0 and object 1) are intersected, each meeting
-// point is kept as a record that knows where it lies on both: the point itself, the crossing
-// sense, an end code per object (-1 at the start of its segment, 0 inside, +1 at the end), the
-// parameter within the segment and the segment index per object, and a number for the producer.
-//
-// Records are ordered along an object by segment index (unsigned), then by parameter with the
-// fixed tolerance 0.001: parameters no more than 0.001 apart on one segment compare equal.
-// A NaN parameter sorts after every number on the same segment. kNegInfinity (segment 0,
-// parameter -1e9) sorts before and kPosInfinity (segment 0x7FFFFFFF, parameter 1e9) after every
-// real record. operator== and != of records and parts always answer
-// 0, deliberately: they exist so that the array templates can hold records, which are compared
-// only through Compare0 and Compare1.
-//
-// A part is the piece between two records along an object, with the type the calculator gave it
-// (+1 inside, 0 on the boundary, -1 outside). Its tests take a closed flag: a part whose ends
-// compare equal is empty when open and not empty when closed.
+/// @file
+/// Intersection records. When two objects (object 0 and object 1) are intersected, each meeting
+/// point is kept as a record that knows where it lies on both: the point itself, the crossing
+/// sense, an end code per object (-1 at the start of its segment, 0 inside, +1 at the end), the
+/// parameter within the segment and the segment index per object, and a number for the producer.
+///
+/// Records are ordered along an object by segment index (unsigned), then by parameter with the
+/// fixed tolerance 0.001: parameters no more than 0.001 apart on one segment compare equal.
+/// A NaN parameter sorts after every number on the same segment. kNegInfinity (segment 0,
+/// parameter -1e9) sorts before and kPosInfinity (segment 0x7FFFFFFF, parameter 1e9) after every
+/// real record. operator== and != of records and parts always answer
+/// 0, deliberately: they exist so that the array templates can hold records, which are compared
+/// only through Compare0 and Compare1.
+///
+/// A part is the piece between two records along an object, with the type the calculator gave it
+/// (+1 inside, 0 on the boundary, -1 outside). Its tests take a closed flag: a part whose ends
+/// compare equal is empty when open and not empty when closed.
 
 #include <climits>
 #include <cmath>
@@ -67,24 +68,24 @@ class IntrPointBase : public P {
   std::uint32_t& Info() { return m_Info; }
   std::uint32_t Info() const { return m_Info; }
 
-  // The crossing count with respect to object 0: CrossSense at a segment end, twice CrossSense
-  // inside a segment, so that a crossing at a shared vertex, reported by both neighbouring
-  // segments, adds up to the same count. A sense of 2^30 or more in size doubles to the end of
-  // the int range (INT_MAX or INT_MIN) instead of overflowing.
+  /// The crossing count with respect to object 0: CrossSense at a segment end, twice CrossSense
+  /// inside a segment, so that a crossing at a shared vertex, reported by both neighbouring
+  /// segments, adds up to the same count. A sense of 2^30 or more in size doubles to the end of
+  /// the int range (INT_MAX or INT_MIN) instead of overflowing.
   int CutCode0() const { return m_EndCode0 != 0 ? m_CrossSense : Doubled(m_CrossSense); }
   int CutCode1() const { return m_EndCode1 != 0 ? m_CrossSense : Doubled(m_CrossSense); }
 
-  // -1, 0 or 1 along object 0: by segment index, then by parameter within 0.001.
+  /// -1, 0 or 1 along object 0: by segment index, then by parameter within 0.001.
   int Compare0(const R& o) const { return Order(m_Segment0, m_Param0, o.m_Segment0, o.m_Param0); }
   int Compare1(const R& o) const { return Order(m_Segment1, m_Param1, o.m_Segment1, o.m_Param1); }
 
-  // Always 0: records are compared only by Compare0 and Compare1.
+  /// Always 0: records are compared only by Compare0 and Compare1.
   int operator==(const R&) const { return 0; }
   int operator!=(const R&) const { return 0; }
 
  private:
-  // A NaN parameter sorts after every number on its segment and equal to another NaN, so that
-  // the order stays total; the tolerant comparison alone would call NaN equal to everything.
+  /// A NaN parameter sorts after every number on its segment and equal to another NaN, so that
+  /// the order stays total; the tolerant comparison alone would call NaN equal to everything.
   static int Order(std::uint32_t s, double t, std::uint32_t os, double ot) {
     if (s < os) return -1;
     if (s > os) return 1;
@@ -110,7 +111,7 @@ class IntrPointBase : public P {
   std::uint32_t m_Info = 0;
 };
 
-// The selectors; on a tie each returns its second argument.
+/// The selectors; on a tie each returns its second argument.
 template <class R>
 R MinOf0(const R& a, const R& b) {
   return a.Compare0(b) < 0 ? a : b;
@@ -176,7 +177,7 @@ class IntrPartBase {
   int IsInside1(const R& p, int closed) const { return IsInside(p, closed, &R::Compare1); }
   int IsInside1(const Part& q, int closed) const { return IsInside1(q.m_Min, closed) && IsInside1(q.m_Max, closed); }
 
-  // Always 0, as for the records.
+  /// Always 0, as for the records.
   int operator==(const Part&) const { return 0; }
   int operator!=(const Part&) const { return 0; }
 
@@ -254,8 +255,8 @@ class KVGE_API KvGeIntrPoint2dArray : public KvBtDynArray<KvGeIntrPoint2d> {
   ~KvGeIntrPoint2dArray() override;
 };
 
-// Min0(a, b) is a when a sorts before b along object 0, else b; Max0(a, b) is b unless a sorts
-// after b. A tie gives the second argument. Min1 and Max1 order along object 1.
+/// Min0(a, b) is a when a sorts before b along object 0, else b; Max0(a, b) is b unless a sorts
+/// after b. A tie gives the second argument. Min1 and Max1 order along object 1.
 KVGE_API KvGeIntrPoint2d Min0(const KvGeIntrPoint2d& a, const KvGeIntrPoint2d& b);
 KVGE_API KvGeIntrPoint2d Max0(const KvGeIntrPoint2d& a, const KvGeIntrPoint2d& b);
 KVGE_API KvGeIntrPoint2d Min1(const KvGeIntrPoint2d& a, const KvGeIntrPoint2d& b);

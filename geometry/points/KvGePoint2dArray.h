@@ -1,23 +1,24 @@
 #pragma once
-// Point sequences: KvGePoint2dArray and KvGePoint3dArray, on the dynamic array template.
-//
-// Area, perimeter, orientation and centre of gravity read the points as a closed ring: point i
-// is joined to point (i + 1) mod n, with no closing duplicate expected (KvGePoint3dArray's
-// Orientate2d tolerates one). The signed area is positive for counter-clockwise order. The 3D
-// array answers the plane questions in plan (x and y) under the names ending in 2d.
-//
-// KvGePoint2dArray::Serialize writes the library's one persisted format: the version word 1 and
-// one string of four-character "%4x" fields, x then y for each point, each a signed 16-bit
-// sign-and-magnitude number in tenths (the value rounded to 0.1, clamped to -3276.7 .. 3276.7;
-// the flag of a point at infinity is not stored). 1.2 is stored as three blanks and "c", -0.1
-// as "8001", 5000.0 as "7fff", -5000.0 as "ffff"; a NaN coordinate is stored as 0.
-// Loading accepts versions 1 and 2 and replaces the content by the decoded points; a remainder
-// shorter than 8 characters is ignored. Loading is fed untrusted bytes and never reads outside
-// the string: each field is read as by sscanf("%4x") on those four characters alone (leading
-// blanks skipped; a field with no hexadecimal digit at its start reads 0; an embedded zero byte
-// ends the field; what a sign or "0x" prefix makes of it is taken modulo 0x10000). A version
-// other than 1 or 2, or an archive that fails before the whole string is read, leaves the array
-// unchanged.
+/// @file
+/// Point sequences: KvGePoint2dArray and KvGePoint3dArray, on the dynamic array template.
+///
+/// Area, perimeter, orientation and centre of gravity read the points as a closed ring: point i
+/// is joined to point (i + 1) mod n, with no closing duplicate expected (KvGePoint3dArray's
+/// Orientate2d tolerates one). The signed area is positive for counter-clockwise order. The 3D
+/// array answers the plane questions in plan (x and y) under the names ending in 2d.
+///
+/// KvGePoint2dArray::Serialize writes the library's one persisted format: the version word 1 and
+/// one string of four-character "%4x" fields, x then y for each point, each a signed 16-bit
+/// sign-and-magnitude number in tenths (the value rounded to 0.1, clamped to -3276.7 .. 3276.7;
+/// the flag of a point at infinity is not stored). 1.2 is stored as three blanks and "c", -0.1
+/// as "8001", 5000.0 as "7fff", -5000.0 as "ffff"; a NaN coordinate is stored as 0.
+/// Loading accepts versions 1 and 2 and replaces the content by the decoded points; a remainder
+/// shorter than 8 characters is ignored. Loading is fed untrusted bytes and never reads outside
+/// the string: each field is read as by sscanf("%4x") on those four characters alone (leading
+/// blanks skipped; a field with no hexadecimal digit at its start reads 0; an embedded zero byte
+/// ends the field; what a sign or "0x" prefix makes of it is taken modulo 0x10000). A version
+/// other than 1 or 2, or an archive that fails before the whole string is read, leaves the array
+/// unchanged.
 
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
@@ -39,38 +40,38 @@ class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
   KvGePoint2dArray& operator=(KvGePoint2dArray&&) = default;
   ~KvGePoint2dArray() override;
 
-  // 0.5 * sum of (y(i) + y(i+1)) (x(i) - x(i+1)); 0 for an empty array.
+  /// 0.5 * sum of (y(i) + y(i+1)) (x(i) - x(i+1)); 0 for an empty array.
   double Area() const;
-  // sgn(Area()): 1 counter-clockwise, -1 clockwise, 0 degenerate.
+  /// sgn(Area()): 1 counter-clockwise, -1 clockwise, 0 degenerate.
   int Sense() const;
-  // The whole sequence reversed.
+  /// The whole sequence reversed.
   KvGePoint2dArray& Invert();
   KvGePoint2dArray Inverted() const;
-  // Reverses the order while keeping the first point first, unless Sense() equals sense.
+  /// Reverses the order while keeping the first point first, unless Sense() equals sense.
   KvGePoint2dArray& Orientate(int sense);
   KvGePoint2dArray Orientated(int sense) const;
-  // Starts at the lowest point (IndexMinYX) and runs counter-clockwise; a ring of area 0 is
-  // reversed as well, deliberately.
+  /// Starts at the lowest point (IndexMinYX) and runs counter-clockwise; a ring of area 0 is
+  /// reversed as well, deliberately.
   KvGePoint2dArray& Normalize();
   KvGePoint2dArray Normalized() const;
-  // The point with the smallest x, x values within 0.001 counting as equal and broken by the
-  // smaller y (exactly); the first of equal points wins; -1 for an empty array.
+  /// The point with the smallest x, x values within 0.001 counting as equal and broken by the
+  /// smaller y (exactly); the first of equal points wins; -1 for an empty array.
   int IndexMinXY() const;
-  // The same with y first.
+  /// The same with y first.
   int IndexMinYX() const;
   KvGePoint2dArray& SetX(double v);
   KvGePoint2dArray& SetY(double v);
-  // The closed perimeter, closing edge included.
+  /// The closed perimeter, closing edge included.
   double Perimeter() const;
-  // The centre of gravity of the ring's area (triangle fan from the origin); (0, 0) when the
-  // total area is exactly degenerate (within 1e-15).
+  /// The centre of gravity of the ring's area (triangle fan from the origin); (0, 0) when the
+  /// total area is exactly degenerate (within 1e-15).
   KvGePoint2d Schwerpunkt() const;
   KvGeBox2d BoundingBox() const;
   KvGeBox2d BoundingBox(const KvGeModMat2d& m) const;
   KvGePoint2dArray& Transform(const KvGeModMat2d& m);
   KvGePoint2dArray Transformed(const KvGeModMat2d& m) const;
-  // In place by x then y (or y then x), coordinates tying when iqrkor says they are equal; not
-  // stable.
+  /// In place by x then y (or y then x), coordinates tying when iqrkor says they are equal; not
+  /// stable.
   void sortByXY();
   void sortByYX();
 
@@ -90,8 +91,8 @@ class KVGE_API KvGePoint3dArray : public KvBtDynArray<KvGePoint3d> {
   int Sense2d() const;
   KvGePoint3dArray& Invert();
   KvGePoint3dArray Inverted() const;
-  // As the plane Orientate, in plan; a last point equal to the first (same kind, within 0.001)
-  // is set aside meanwhile, so a closed ring keeps its closing point last.
+  /// As the plane Orientate, in plan; a last point equal to the first (same kind, within 0.001)
+  /// is set aside meanwhile, so a closed ring keeps its closing point last.
   KvGePoint3dArray& Orientate2d(int sense);
   KvGePoint3dArray Orientated2d(int sense) const;
   KvGePoint3dArray& Normalize2d();
@@ -103,13 +104,13 @@ class KVGE_API KvGePoint3dArray : public KvBtDynArray<KvGePoint3d> {
   KvGePoint3dArray& SetZ(double v);
   double Perimeter2d() const;
   double Perimeter3d() const;
-  // 0.5 * sum of p(i) x p(i+1): the area vector of the ring (normal by the right-hand rule,
-  // length the area).
+  /// 0.5 * sum of p(i) x p(i+1): the area vector of the ring (normal by the right-hand rule,
+  /// length the area).
   KvGePoint3d NormalVector() const;
   double Area3d() const;
-  // The centre of gravity in space: the fan triangles from the first point, each weighted by
-  // the length of its area vector projected on the ring's normal (so a planar ring gets its
-  // area centroid); the mean of the points when the ring has no area.
+  /// The centre of gravity in space: the fan triangles from the first point, each weighted by
+  /// the length of its area vector projected on the ring's normal (so a planar ring gets its
+  /// area centroid); the mean of the points when the ring has no area.
   KvGePoint3d Schwerpunkt() const;
   KvGeBox3d BoundingBox() const;
   KvGeBox3d BoundingBox(const KvGeModMat3d& m) const;

@@ -1,25 +1,26 @@
 #pragma once
-// Internal: the rules that 2D and 3D points share, written once.
-//
-// A point is homogeneous: its coordinates and a flag m_bInfinite (non-zero for a point at
-// infinity, that is the direction of its coordinates with weight 0). Where two points meet, the
-// flag decides:
-//
-//   operator   same kind              left infinite, right ordinary   left ordinary, right infinite
-//   a + b      coordinate sums        a                               b
-//   a - b      coordinate differences a                               -b (infinite)
-//   a & b      coordinate minima      b (the ordinary one)            a (the ordinary one)
-//   a | b      coordinate maxima      a (the infinite one)            b (the infinite one)
-//
-// so an infinite point absorbs ordinary ones under + and -, loses under the minimum and wins
-// under the maximum. Same kind means both flags zero or both non-zero; a combined result keeps
-// the left flag.
-//
-// Equality compares the squared distance with tol * tol (operator== with 1e-6: a distance of at
-// most 0.001, inclusive, on the distance and not per coordinate) and demands the same kind.
-// OutCode sets, for each axis k, bit 1 << 2k when the coordinate is below min by more than tol
-// and bit 2 << 2k when it is above max by more than tol: a point within tol outside counts as
-// inside.
+/// @file
+/// Internal: the rules that 2D and 3D points share, written once.
+///
+/// A point is homogeneous: its coordinates and a flag m_bInfinite (non-zero for a point at
+/// infinity, that is the direction of its coordinates with weight 0). Where two points meet, the
+/// flag decides:
+///
+///   operator   same kind              left infinite, right ordinary   left ordinary, right infinite
+///   a + b      coordinate sums        a                               b
+///   a - b      coordinate differences a                               -b (infinite)
+///   a & b      coordinate minima      b (the ordinary one)            a (the ordinary one)
+///   a | b      coordinate maxima      a (the infinite one)            b (the infinite one)
+///
+/// so an infinite point absorbs ordinary ones under + and -, loses under the minimum and wins
+/// under the maximum. Same kind means both flags zero or both non-zero; a combined result keeps
+/// the left flag.
+///
+/// Equality compares the squared distance with tol * tol (operator== with 1e-6: a distance of at
+/// most 0.001, inclusive, on the distance and not per coordinate) and demands the same kind.
+/// OutCode sets, for each axis k, bit 1 << 2k when the coordinate is below min by more than tol
+/// and bit 2 << 2k when it is above max by more than tol: a point within tol outside counts as
+/// inside.
 
 #include "basics/KvGeTolerance.h"
 #include "basics/companion/KvBtCompare.h"
@@ -35,7 +36,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   template <class... C>
   constexpr PointBase(int infinite, C... coords) : Base(coords...), m_bInfinite(infinite) {}
 
-  // 1 when both are ordinary or both are at infinity.
+  /// 1 when both are ordinary or both are at infinity.
   int IsSameKind(const P& o) const { return (m_bInfinite != 0) == (o.m_bInfinite != 0) ? 1 : 0; }
 
   P& operator+=(const P& o) {
@@ -92,9 +93,9 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   int m_bInfinite;
 
  protected:
-  // Takes the coordinates of a homogeneous vector of N + 1 components: divided by the weight
-  // (as a multiplication by 1 / w) when the weight is not within 0.001 of 0, else kept as a
-  // direction with the flag set.
+  /// Takes the coordinates of a homogeneous vector of N + 1 components: divided by the weight
+  /// (as a multiplication by 1 / w) when the weight is not within 0.001 of 0, else kept as a
+  /// direction with the flag set.
   template <class V>
   void SetHomogeneous(const V& v) {
     const double w = v[N];
@@ -107,7 +108,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
       m_bInfinite = 0;
     }
   }
-  // The coordinates with the weight appended: 0 for a point at infinity, 1 otherwise.
+  /// The coordinates with the weight appended: 0 for a point at infinity, 1 otherwise.
   template <class V>
   V Homogeneous() const {
     V v;
@@ -117,8 +118,8 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   }
 };
 
-// Foot of p on the infinite line through a and b: a when the line is no longer than 0.001
-// (squared length <= 1e-6); not clamped to the segment.
+/// Foot of p on the infinite line through a and b: a when the line is no longer than 0.001
+/// (squared length <= 1e-6); not clamped to the segment.
 template <class P>
 P ProjectOnLine(const P& a, const P& b, const P& p) {
   const P d = b - a;
@@ -128,9 +129,9 @@ P ProjectOnLine(const P& a, const P& b, const P& p) {
   return a + d * t;
 }
 
-// Where the foot of p falls on the segment a-b: -1 before a, 1 at a, 0 strictly between, 2 at
-// b, -2 beyond b (ends within 0.001 along the segment); 0 for a segment no longer than 0.001.
-// The distance of p from the line is not looked at.
+/// Where the foot of p falls on the segment a-b: -1 before a, 1 at a, 0 strictly between, 2 at
+/// b, -2 beyond b (ends within 0.001 along the segment); 0 for a segment no longer than 0.001.
+/// The distance of p from the line is not looked at.
 template <class P>
 int BetweenOnSegment(const P& a, const P& b, const P& p) {
   const P d = b - a;
@@ -146,11 +147,11 @@ int BetweenOnSegment(const P& a, const P& b, const P& p) {
   return 0;
 }
 
-// The Cohen-Sutherland loop shared by the box and view-volume clippers: code(p) gives a point's
-// region code, step(p1, p2, c1) moves p1 onto the first boundary that c1 names. The segment is
-// rejected (0) when both codes share a bit and accepted (1) when both are 0; when only p2 is
-// outside the ends are exchanged and stay so: the caller gets the segment, not its orientation.
-// A bounded number of passes guards against coordinates that are not finite.
+/// The Cohen-Sutherland loop shared by the box and view-volume clippers: code(p) gives a point's
+/// region code, step(p1, p2, c1) moves p1 onto the first boundary that c1 names. The segment is
+/// rejected (0) when both codes share a bit and accepted (1) when both are 0; when only p2 is
+/// outside the ends are exchanged and stay so: the caller gets the segment, not its orientation.
+/// A bounded number of passes guards against coordinates that are not finite.
 template <class P, class Code, class Step>
 int CohenSutherland(P& p1, P& p2, Code code, Step step) {
   for (int pass = 0; pass < 64; ++pass) {
@@ -169,10 +170,10 @@ int CohenSutherland(P& p1, P& p2, Code code, Step step) {
   return 0;
 }
 
-// Clipping of p1-p2 to the box min-max with the tolerance 0.001; 1 when a part remains. An end
-// within 0.001 outside the box is not moved. The plane form moves an end as
-// y += (y2 - y1) (X - x1) / (x2 - x1); the space form through the parameter
-// t = (X - x1) / (x2 - x1).
+/// Clipping of p1-p2 to the box min-max with the tolerance 0.001; 1 when a part remains. An end
+/// within 0.001 outside the box is not moved. The plane form moves an end as
+/// y += (y2 - y1) (X - x1) / (x2 - x1); the space form through the parameter
+/// t = (X - x1) / (x2 - x1).
 template <class P, unsigned N>
 int ClipToBox(P& p1, P& p2, const P& min, const P& max) {
   const auto code = [&](const P& p) { return p.OutCode(min, max, kKvGeLinearTol); };

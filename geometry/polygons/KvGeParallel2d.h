@@ -1,37 +1,38 @@
 #pragma once
-// Offsets and clean-up of polygons and polylines.
-//
-// ParallelPolygon2d grows a region by a positive distance and shrinks it by a negative one: the
-// result is the set of points whose distance from the region (for growing) or from its
-// complement (for shrinking) is at least |distance|, with the corners shaped by the join.
-// Miter joins run the two offset edges to their crossing unless the tip would lie farther than
-// miterLimit * |distance| from the corner; such a corner and every square join are cut off at
-// |distance| from the corner. Round joins (and round ends of a band) are flattened into chords
-// whose sagitta is at most eps. An open polyline gives the band of points within halfWidth of
-// it, its ends cut square at the end points (butt), extended by halfWidth (square) or rounded.
-//
-// Offsets compute on the integer grid of the region operations (kKvGeRegionScale,
-// kKvGeRegionRange in KvGePolygon2d.h) and write a normalised polygon set. They return 1 on
-// success (an empty result included: a region shrunk away) and 0, with the result unchanged,
-// for a coordinate or distance beyond the range, a non-finite argument, an eps not above 0, or
-// a rounding that would need more than a million chords per full turn.
-//
-// RemoveSchlaufen2d removes loops. A ring keeps the parts whose winding agrees with its own
-// orientation (the sign of its area): the little reversed loops that a raw offset leaves at a
-// concave corner, and the twisted lobes of a digitised outline, go; the result keeps the ring's
-// orientation (outer rings run as the ring did, holes against it). An open polyline loses every
-// closed loop between a crossing of two of its segments and the return to that crossing: the
-// path runs from the first crossing straight on along the later segment. Only true crossings
-// count (a segment passing from one side of the other to the other side, a vertex on the way
-// included); touching without crossing is no loop, so a polyline ending where it began keeps
-// its shape.
-//
-// StreckenzugKorrigieren2d removes, within eps (inclusive), repeated points, middle vertices
-// that lie on the line through their neighbours, and zero-width spikes (a vertex where the path
-// turns back on itself along one line). A vertex is removed only when every vertex removed
-// between the same two kept neighbours lies within eps of the line through them, so a finely
-// digitised arc is not straightened by steps that are each small. A polyline keeps its first
-// and last point exactly.
+/// @file
+/// Offsets and clean-up of polygons and polylines.
+///
+/// ParallelPolygon2d grows a region by a positive distance and shrinks it by a negative one: the
+/// result is the set of points whose distance from the region (for growing) or from its
+/// complement (for shrinking) is at least |distance|, with the corners shaped by the join.
+/// Miter joins run the two offset edges to their crossing unless the tip would lie farther than
+/// miterLimit * |distance| from the corner; such a corner and every square join are cut off at
+/// |distance| from the corner. Round joins (and round ends of a band) are flattened into chords
+/// whose sagitta is at most eps. An open polyline gives the band of points within halfWidth of
+/// it, its ends cut square at the end points (butt), extended by halfWidth (square) or rounded.
+///
+/// Offsets compute on the integer grid of the region operations (kKvGeRegionScale,
+/// kKvGeRegionRange in KvGePolygon2d.h) and write a normalised polygon set. They return 1 on
+/// success (an empty result included: a region shrunk away) and 0, with the result unchanged,
+/// for a coordinate or distance beyond the range, a non-finite argument, an eps not above 0, or
+/// a rounding that would need more than a million chords per full turn.
+///
+/// RemoveSchlaufen2d removes loops. A ring keeps the parts whose winding agrees with its own
+/// orientation (the sign of its area): the little reversed loops that a raw offset leaves at a
+/// concave corner, and the twisted lobes of a digitised outline, go; the result keeps the ring's
+/// orientation (outer rings run as the ring did, holes against it). An open polyline loses every
+/// closed loop between a crossing of two of its segments and the return to that crossing: the
+/// path runs from the first crossing straight on along the later segment. Only true crossings
+/// count (a segment passing from one side of the other to the other side, a vertex on the way
+/// included); touching without crossing is no loop, so a polyline ending where it began keeps
+/// its shape.
+///
+/// StreckenzugKorrigieren2d removes, within eps (inclusive), repeated points, middle vertices
+/// that lie on the line through their neighbours, and zero-width spikes (a vertex where the path
+/// turns back on itself along one line). A vertex is removed only when every vertex removed
+/// between the same two kept neighbours lies within eps of the line through them, so a finely
+/// digitised arc is not straightened by steps that are each small. A polyline keeps its first
+/// and last point exactly.
 
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/polygons/KvGePolygon2d.h"

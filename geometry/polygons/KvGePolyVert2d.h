@@ -1,8 +1,9 @@
 #pragma once
-// KvGePolyVert2d: a polygon vertex that carries a shape code and a bulge. Shape 1 marks a vertex
-// whose following segment is an arc given by the bulge; other codes are carried unchanged.
-// Equality takes the point rule (within 0.001, same kind), equal shapes and exactly equal
-// bulges (no tolerance on the bulge).
+/// @file
+/// KvGePolyVert2d: a polygon vertex that carries a shape code and a bulge. Shape 1 marks a vertex
+/// whose following segment is an arc given by the bulge; other codes are carried unchanged.
+/// Equality takes the point rule (within 0.001, same kind), equal shapes and exactly equal
+/// bulges (no tolerance on the bulge).
 
 #include <cstdint>
 
@@ -44,13 +45,13 @@ class KVGE_API KvGePolyVert2d {
   }
   int operator!=(const KvGePolyVert2d& o) const { return (*this == o) ? 0 : 1; }
 
-  // An arc vertex (shape 1) changes the sign of its bulge; any other vertex stays as it is.
+  /// An arc vertex (shape 1) changes the sign of its bulge; any other vertex stays as it is.
   KvGePolyVert2d& Invert() {
     if (m_Shape == 1) m_Bulge = -m_Bulge;
     return *this;
   }
   KvGePolyVert2d Inverted() const { return KvGePolyVert2d(*this).Invert(); }
-  // The point transformed; shape and bulge kept.
+  /// The point transformed; shape and bulge kept.
   KvGePolyVert2d& Transform(const KvGeModMat2d& m) {
     m_Point.Transform(m);
     return *this;

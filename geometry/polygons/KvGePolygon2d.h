@@ -1,31 +1,32 @@
 #pragma once
-// Polygons: closed rings of points.
-//
-// - KvGePolygon2d: a plane ring on KvGePoint2dArray; n points give n edges, the last closing to
-//   the first. Its Invert keeps the first vertex and reverses the rest (A, B, C, D becomes A, D,
-//   C, B), so a ring keeps its start point when its orientation changes; the point array's own
-//   Invert reverses the whole sequence. Built from a KvGePolygon3d it takes x and y and clears
-//   every flag of a point at infinity, deliberately: a plan polygon has only finite vertices.
-// - KvGePolygon23d: a ring of 3D points handled in plan, with a height (may be negative): the
-//   vertical extent of the prism it sweeps. Its box adds the height to the top when it is
-//   positive, otherwise to the bottom.
-// - KvGePolygon3d: a ring of 3D points.
-// - KvGePolygon2dArray: a polygon set (one region of several rings, inner rings as holes) with a
-//   further 32-bit value that every copy carries along.
-//
-// Region operations of the set (union, intersection, difference, Normalize, Schwerpunkt) read
-// the rings by their crossing senses, as the point containment does: a point is inside where
-// the counter-clockwise rings around it outnumber the clockwise ones (winding number >= 1), so
-// a clockwise ring inside a counter-clockwise one is a hole and a clockwise ring on its own
-// encloses nothing. They compute on integers: coordinates are rounded to kKvGeRegionScale units
-// per drawing unit (a grid of 1e-6), and every coordinate must lie within +-kKvGeRegionRange
-// (1e9) drawing units, bounds included. A coordinate beyond that range or not finite makes the
-// operation fail: the set is left as it was. The flag of a point at infinity is not looked at.
-//
-// Their results are normalised: outer rings counter-clockwise, each followed by its holes
-// clockwise; no ring crosses itself or another; no two consecutive vertices lie within 0.001;
-// no vertex lies within 0.001 of the line through its neighbours; no ring has an area below
-// 1e-6. Rings may touch at single vertices.
+/// @file
+/// Polygons: closed rings of points.
+///
+/// - KvGePolygon2d: a plane ring on KvGePoint2dArray; n points give n edges, the last closing to
+///   the first. Its Invert keeps the first vertex and reverses the rest (A, B, C, D becomes A, D,
+///   C, B), so a ring keeps its start point when its orientation changes; the point array's own
+///   Invert reverses the whole sequence. Built from a KvGePolygon3d it takes x and y and clears
+///   every flag of a point at infinity, deliberately: a plan polygon has only finite vertices.
+/// - KvGePolygon23d: a ring of 3D points handled in plan, with a height (may be negative): the
+///   vertical extent of the prism it sweeps. Its box adds the height to the top when it is
+///   positive, otherwise to the bottom.
+/// - KvGePolygon3d: a ring of 3D points.
+/// - KvGePolygon2dArray: a polygon set (one region of several rings, inner rings as holes) with a
+///   further 32-bit value that every copy carries along.
+///
+/// Region operations of the set (union, intersection, difference, Normalize, Schwerpunkt) read
+/// the rings by their crossing senses, as the point containment does: a point is inside where
+/// the counter-clockwise rings around it outnumber the clockwise ones (winding number >= 1), so
+/// a clockwise ring inside a counter-clockwise one is a hole and a clockwise ring on its own
+/// encloses nothing. They compute on integers: coordinates are rounded to kKvGeRegionScale units
+/// per drawing unit (a grid of 1e-6), and every coordinate must lie within +-kKvGeRegionRange
+/// (1e9) drawing units, bounds included. A coordinate beyond that range or not finite makes the
+/// operation fail: the set is left as it was. The flag of a point at infinity is not looked at.
+///
+/// Their results are normalised: outer rings counter-clockwise, each followed by its holes
+/// clockwise; no ring crosses itself or another; no two consecutive vertices lie within 0.001;
+/// no vertex lies within 0.001 of the line through its neighbours; no ring has an area below
+/// 1e-6. Rings may touch at single vertices.
 
 #include <cstdint>
 
@@ -61,19 +62,19 @@ class KVGE_API KvGePolygon2d : public KvGePoint2dArray {
   KvGePolygon2d& operator=(const KvGePolygon2d& other) { return Set(other); }
   ~KvGePolygon2d() override;
 
-  // A deep copy of the points; assigning the polygon to itself does nothing.
+  /// A deep copy of the points; assigning the polygon to itself does nothing.
   KvGePolygon2d& Set(const KvGePoint2dArray& points) {
     DeepCopy(points);
     return *this;
   }
-  // The first vertex stays first and the others are reversed.
+  /// The first vertex stays first and the others are reversed.
   KvGePolygon2d& Invert() {
     NewFirstElement(0, 1);
     return *this;
   }
   KvGePolygon2d Inverted() const { return KvGePolygon2d(*this).Invert(); }
-  // Inverts unless the sense of the ring already equals sense (a ring of area 0 is inverted for
-  // both senses).
+  /// Inverts unless the sense of the ring already equals sense (a ring of area 0 is inverted for
+  /// both senses).
   KvGePolygon2d& Orientate(int sense) {
     if (Sense() != sense) Invert();
     return *this;
@@ -107,10 +108,10 @@ class KVGE_API KvGePolygon23d : public KvGePoint3dArray {
   double& Height() { return m_Height; }
   double Height() const { return m_Height; }
 
-  // The signed plan area, positive counter-clockwise, and its sign.
+  /// The signed plan area, positive counter-clockwise, and its sign.
   double Area() const { return Area2d(); }
   int Sense() const { return Sense2d(); }
-  // The first vertex stays first and the others are reversed.
+  /// The first vertex stays first and the others are reversed.
   KvGePolygon23d& Invert() {
     NewFirstElement(0, 1);
     return *this;
@@ -126,12 +127,12 @@ class KVGE_API KvGePolygon23d : public KvGePoint3dArray {
     return *this;
   }
   KvGePolygon23d Normalized() const { return KvGePolygon23d(*this).Normalize(); }
-  // The box of the points with the height added to the top (height > 0) or else to the bottom.
+  /// The box of the points with the height added to the top (height > 0) or else to the bottom.
   KvGeBox3d BoundingBox() const;
-  // The box B of the transformed points united with B shifted by the image of the height:
-  // height * (m(2,0), m(2,1), m(2,2)), the transformed vertical direction.
+  /// The box B of the transformed points united with B shifted by the image of the height:
+  /// height * (m(2,0), m(2,1), m(2,2)), the transformed vertical direction.
   KvGeBox3d BoundingBox(const KvGeModMat3d& m) const;
-  // The points transformed; the height is kept.
+  /// The points transformed; the height is kept.
   KvGePolygon23d& Transform(const KvGeModMat3d& m) {
     KvGePoint3dArray::Transform(m);
     return *this;
@@ -149,12 +150,12 @@ class KVGE_API KvGePolygon2dArray : public KvBtDynArray<KvGePolygon2d> {
   KvGePolygon2dArray& operator=(const KvGePolygon2dArray&) = default;
   ~KvGePolygon2dArray() override;
 
-  // The further value of the set, carried by every copy and assignment.
+  /// The further value of the set, carried by every copy and assignment.
   std::int32_t& Tag() { return m_Tag; }
   std::int32_t Tag() const { return m_Tag; }
 
-  // The sum of the rings' signed areas, as they run: a hole counts negatively only when it runs
-  // clockwise. 0 for an empty set.
+  /// The sum of the rings' signed areas, as they run: a hole counts negatively only when it runs
+  /// clockwise. 0 for an empty set.
   double Area() const;
 
   /// Union. An empty other set changes nothing; an empty set becomes a copy of the other one,
@@ -189,11 +190,11 @@ class KVGE_API KvGePolygon2dArray : public KvBtDynArray<KvGePolygon2d> {
   KvGeBox2d BoundingBox(const KvGeModMat2d& m) const;
 
  private:
-  // mode 1 unites, mode 2 intersects; 1 on success, 0 (set unchanged) on failure.
+  /// mode 1 unites, mode 2 intersects; 1 on success, 0 (set unchanged) on failure.
   int VereinigeOderDurchschnitt(const KvGePolygon2dArray& other, int mode);
-  // The complement: every ring reversed, after a counter-clockwise frame ring along the bounds
-  // of the coordinate range, so that it is a bounded set under the same counting rule. An empty
-  // set stays empty.
+  /// The complement: every ring reversed, after a counter-clockwise frame ring along the bounds
+  /// of the coordinate range, so that it is a bounded set under the same counting rule. An empty
+  /// set stays empty.
   KvGePolygon2dArray& Negate();
   KvGePolygon2dArray operator-() const { return KvGePolygon2dArray(*this).Negate(); }
 

@@ -1,8 +1,9 @@
 #pragma once
-// Polylines: open point sequences in the plane. n points give n - 1 lines, with no closing
-// line. A polyline's Invert reverses the whole sequence (start and end change places), unlike
-// the polygon's, which keeps its first vertex. Built from 3D points it keeps each point's flag
-// of a point at infinity.
+/// @file
+/// Polylines: open point sequences in the plane. n points give n - 1 lines, with no closing
+/// line. A polyline's Invert reverses the whole sequence (start and end change places), unlike
+/// the polygon's, which keeps its first vertex. Built from 3D points it keeps each point's flag
+/// of a point at infinity.
 
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
@@ -19,18 +20,18 @@ class KVGE_API KvGePolyline2d : public KvGePoint2dArray {
   KvGePolyline2d& operator=(const KvGePolyline2d& other) { return Set(other); }
   ~KvGePolyline2d() override;
 
-  // A deep copy of the points; assigning the polyline to itself does nothing.
+  /// A deep copy of the points; assigning the polyline to itself does nothing.
   KvGePolyline2d& Set(const KvGePoint2dArray& points) {
     DeepCopy(points);
     return *this;
   }
-  // x, y and the flag of each 3D point.
+  /// x, y and the flag of each 3D point.
   KvGePolyline2d& Set(const KvGePoint3dArray& points);
 
-  // The summed length of the n - 1 lines; 0 for fewer than two points.
+  /// The summed length of the n - 1 lines; 0 for fewer than two points.
   double Length() const;
   unsigned NumberOfLines() const { return GetSize() > 1 ? static_cast<unsigned>(GetSize() - 1) : 0u; }
-  // The whole order reversed: the last point becomes the first.
+  /// The whole order reversed: the last point becomes the first.
   KvGePolyline2d& Invert() {
     NewFirstElement(-1, 1);
     return *this;
@@ -51,7 +52,7 @@ class KVGE_API KvGePolyline2dArray : public KvBtDynArray<KvGePolyline2d> {
   KvGePolyline2dArray& operator=(const KvGePolyline2dArray&) = default;
   ~KvGePolyline2dArray() override;
 
-  // Empties the array and adds one copy of the polyline.
+  /// Empties the array and adds one copy of the polyline.
   KvGePolyline2dArray& Set(const KvGePolyline2d& polyline) {
     SetSize(0);
     Add(polyline);

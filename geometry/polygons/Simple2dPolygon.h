@@ -1,15 +1,16 @@
 #pragma once
-// A light handle on a plane polygon whose coordinates lie in one flat block of doubles
-// (x0, y0, x1, y1, ...), shared between handles by a reference-counted pointer.
-//
-// Copying a handle shares the block, and a write through one handle is seen through all of them;
-// detach gives a handle a private block before it writes, copy makes an independent polygon,
-// and rotate turns the shared block in place for every handle. The reference count is atomic, so
-// handles that share a block may live in different threads; the coordinates are not protected.
-//
-// The accessors do not check their index: an index beyond the block, or access through a handle
-// without data, is the caller's fault. getSize, getGeo, detach, copy, rotate and IsPointOnEdge
-// accept a handle without data.
+/// @file
+/// A light handle on a plane polygon whose coordinates lie in one flat block of doubles
+/// (x0, y0, x1, y1, ...), shared between handles by a reference-counted pointer.
+///
+/// Copying a handle shares the block, and a write through one handle is seen through all of them;
+/// detach gives a handle a private block before it writes, copy makes an independent polygon,
+/// and rotate turns the shared block in place for every handle. The reference count is atomic, so
+/// handles that share a block may live in different threads; the coordinates are not protected.
+///
+/// The accessors do not check their index: an index beyond the block, or access through a handle
+/// without data, is the caller's fault. getSize, getGeo, detach, copy, rotate and IsPointOnEdge
+/// accept a handle without data.
 
 #include <cstddef>
 
@@ -18,14 +19,14 @@
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"
 
-// The coordinate block: 2 n doubles, owned and freed by the destructor. Assignment is shallow on
-// purpose: it copies the pointer and the count only, so two objects then share one block and the
-// caller must make sure that only one of them frees it (by setting the other's geo to null
-// before it dies). Copy construction is not offered, since it would hand out a second owner
-// without any assignment in sight; moving transfers the block and leaves the source empty.
+/// The coordinate block: 2 n doubles, owned and freed by the destructor. Assignment is shallow on
+/// purpose: it copies the pointer and the count only, so two objects then share one block and the
+/// caller must make sure that only one of them frees it (by setting the other's geo to null
+/// before it dies). Copy construction is not offered, since it would hand out a second owner
+/// without any assignment in sight; moving transfers the block and leaves the source empty.
 class KVGE_API Simple2dPolygonData {
  public:
-  // Allocates 2 n doubles, not initialised. When the block cannot be had, geo is null and n 0.
+  /// Allocates 2 n doubles, not initialised. When the block cannot be had, geo is null and n 0.
   explicit Simple2dPolygonData(unsigned int count = 0);
   Simple2dPolygonData(const Simple2dPolygonData&) = delete;
   Simple2dPolygonData(Simple2dPolygonData&& other) noexcept : geo(other.geo), n(other.n) {
@@ -37,8 +38,8 @@ class KVGE_API Simple2dPolygonData {
     n = other.n;
     return *this;
   }
-  // Takes other's block and hands this object's former block to other, which frees it: an
-  // assigned temporary never leaves its block behind to be freed twice.
+  /// Takes other's block and hands this object's former block to other, which frees it: an
+  /// assigned temporary never leaves its block behind to be freed twice.
   Simple2dPolygonData& operator=(Simple2dPolygonData&& other) noexcept {
     double* g = geo;
     const unsigned int c = n;
@@ -52,7 +53,7 @@ class KVGE_API Simple2dPolygonData {
 
   double* getGeo() { return geo; }
   const double* getGeo() const { return geo; }
-  // Sets every vertex to (x, y).
+  /// Sets every vertex to (x, y).
   void set(double x, double y);
 
   double* geo = nullptr;
@@ -69,7 +70,7 @@ class KVGE_API Simple2dPolygon {
 
   void setGeo(const boost::shared_ptr<Simple2dPolygonData>& data) { m_Data = data; }
 
-  // The i-th double of the block: 2k is x of vertex k, 2k + 1 its y.
+  /// The i-th double of the block: 2k is x of vertex k, 2k + 1 its y.
   double& operator[](unsigned int i) { return m_Data->geo[i]; }
   double operator[](unsigned int i) const { return m_Data->geo[i]; }
   double& x(unsigned int i) { return m_Data->geo[2 * static_cast<std::size_t>(i)]; }
@@ -77,30 +78,30 @@ class KVGE_API Simple2dPolygon {
   double& y(unsigned int i) { return m_Data->geo[2 * static_cast<std::size_t>(i) + 1]; }
   double y(unsigned int i) const { return m_Data->geo[2 * static_cast<std::size_t>(i) + 1]; }
 
-  // The block, null without data.
+  /// The block, null without data.
   double* getGeo() { return m_Data ? m_Data->geo : nullptr; }
   const double* getGeo() const { return getConstGeo(); }
   const double* getConstGeo() const { return m_Data ? m_Data->geo : nullptr; }
-  // The number of vertices, 0 without data.
+  /// The number of vertices, 0 without data.
   unsigned int getSize() const { return m_Data ? m_Data->n : 0u; }
-  // The number of handles that share the data (0 without data).
+  /// The number of handles that share the data (0 without data).
   long use_count() const { return m_Data.use_count(); }
 
-  // Copy-on-write: when other handles share the data and it holds vertices, this handle gets a
-  // private copy of the block. Returns 1 when this handle may write without being seen by
-  // others (also when it was not shared, or has no vertices to write), 0 only when the copy
-  // could not be allocated; the handle is then unchanged.
+  /// Copy-on-write: when other handles share the data and it holds vertices, this handle gets a
+  /// private copy of the block. Returns 1 when this handle may write without being seen by
+  /// others (also when it was not shared, or has no vertices to write), 0 only when the copy
+  /// could not be allocated; the handle is then unchanged.
   int detach();
-  // Fills out with an independent copy when this handle has at least one vertex; without data
-  // or vertices out is left untouched. Returns 1, or 0 when the copy could not be allocated.
+  /// Fills out with an independent copy when this handle has at least one vertex; without data
+  /// or vertices out is left untouched. Returns 1, or 0 when the copy could not be allocated.
   int copy(Simple2dPolygon& out) const;
-  // Turns every vertex about the origin by angle (radians, counter-clockwise), in place on the
-  // shared block: every handle that shares it sees the turn. Call detach first to turn only
-  // this handle's polygon.
+  /// Turns every vertex about the origin by angle (radians, counter-clockwise), in place on the
+  /// shared block: every handle that shares it sees the turn. Call detach first to turn only
+  /// this handle's polygon.
   void rotate(double angle);
-  // True when (x, y) lies on the edge from vertex i to vertex i + 1: the distances to both ends
-  // add up to the edge length within tol (a difference equal to tol counts as on the edge).
-  // There is no closing edge: i >= n - 1 is false, as is a handle without data.
+  /// True when (x, y) lies on the edge from vertex i to vertex i + 1: the distances to both ends
+  /// add up to the edge length within tol (a difference equal to tol counts as on the edge).
+  /// There is no closing edge: i >= n - 1 is false, as is a handle without data.
   bool IsPointOnEdge(unsigned int i, double x, double y, double tol = kKvGeLinearTol) const;
 
  private:
