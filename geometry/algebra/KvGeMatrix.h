@@ -32,13 +32,16 @@ class KvGeMatrix4X4;
 
 namespace KvGeDetail {
 
+/// The members every square matrix has (N rows and columns, M the matrix class, V its row vector), stored row by row; equality and singularity use the absolute tolerance 0.001.
 template <unsigned N, class M, class V>
 class MatrixBase {
  public:
+  /// The zero matrix.
   MatrixBase() {
     for (double& e : m_Elements) e = 0.0;
   }
 
+  /// The number of rows and columns, N.
   unsigned Dim() const { return N; }
 
   /// s on the diagonal, 0 elsewhere.
@@ -47,6 +50,7 @@ class MatrixBase {
       for (unsigned j = 0; j < N; ++j) At(i, j) = i == j ? s : 0.0;
     return Self();
   }
+  /// s on the diagonal, 0 elsewhere.
   M& Set(int s) { return Set(static_cast<double>(s)); }
   /// N * N doubles in row order.
   M& Set(const double* elements) {
@@ -66,17 +70,20 @@ class MatrixBase {
       for (unsigned j = 0; j < N; ++j) At(i, j) = v[j];
     return Self();
   }
+  /// Column j; an index >= N changes nothing.
   M& SetCol(unsigned j, const V& v) {
     if (j < N)
       for (unsigned i = 0; i < N; ++i) At(i, j) = v[i];
     return Self();
   }
+  /// Row i; the zero vector for an index >= N.
   V Row(unsigned i) const {
     V r;
     if (i < N)
       for (unsigned j = 0; j < N; ++j) r[j] = At(i, j);
     return r;
   }
+  /// Column j; the zero vector for an index >= N.
   V Col(unsigned j) const {
     V r;
     if (j < N)
@@ -86,18 +93,24 @@ class MatrixBase {
 
   /// Element (i, j); an index >= N reads 0.0 and writes to a scratch double of no matrix.
   double& Element(unsigned i, unsigned j) { return (i < N && j < N) ? At(i, j) : M::m_vDummy; }
+  /// Column j; the zero vector for an index >= N.
   double Element(unsigned i, unsigned j) const { return (i < N && j < N) ? At(i, j) : 0.0; }
+  /// Element (i, j) as Element(i, j), with its handling of an index out of range.
   double& operator()(unsigned i, unsigned j) { return Element(i, j); }
+  /// Element (i, j) as Element(i, j), with its handling of an index out of range.
   double operator()(unsigned i, unsigned j) const { return Element(i, j); }
 
+  /// Adds o element by element.
   M& operator+=(const M& o) {
     for (unsigned k = 0; k < N * N; ++k) m_Elements[k] += o.m_Elements[k];
     return Self();
   }
+  /// Subtracts o element by element.
   M& operator-=(const M& o) {
     for (unsigned k = 0; k < N * N; ++k) m_Elements[k] -= o.m_Elements[k];
     return Self();
   }
+  /// Multiplies every element by s.
   M& operator*=(double s) {
     for (double& e : m_Elements) e *= s;
     return Self();
@@ -108,24 +121,34 @@ class MatrixBase {
       for (double& e : m_Elements) e /= s;
     return Self();
   }
+  /// This x o (the product with this acting first on a row vector).
   M& operator*=(const M& o) { return Self() = *this * o; }
   /// X with X x B = this; a singular B leaves the matrix unchanged.
   M& operator/=(const M& b) {
     b.Solve(Self(), Self());
     return Self();
   }
+  /// Negates every element.
   M& Negate() {
     for (double& e : m_Elements) e = -e;
     return Self();
   }
 
+  /// The element-wise sum.
   M operator+(const M& o) const { return M(Self()) += o; }
+  /// The element-wise difference.
   M operator-(const M& o) const { return M(Self()) -= o; }
+  /// Every element times s.
   M operator*(double s) const { return M(Self()) *= s; }
+  /// Every element divided by s; s exactly 0 gives an unchanged copy.
   M operator/(double s) const { return M(Self()) /= s; }
+  /// X with X x b = this; a singular b (diagonal of the decomposition within 0.001 of 0) gives an unchanged copy.
   M operator/(const M& b) const { return M(Self()) /= b; }
+  /// Every element negated.
   M operator-() const { return M(Self()).Negate(); }
+  /// Every element of m times s.
   friend M operator*(double s, const M& m) { return m * s; }
+  /// The matrix product this x o.
   M operator*(const M& o) const {
     M r;
     for (unsigned i = 0; i < N; ++i)
@@ -137,6 +160,7 @@ class MatrixBase {
     return r;
   }
 
+  /// Exchanges rows and columns in place.
   M& Transpose() {
     for (unsigned i = 0; i < N; ++i)
       for (unsigned j = i + 1; j < N; ++j) {
@@ -146,6 +170,7 @@ class MatrixBase {
       }
     return Self();
   }
+  /// A transposed copy.
   M Transposed() const { return M(Self()).Transpose(); }
 
   /// The largest absolute element.
@@ -164,7 +189,9 @@ class MatrixBase {
       if (!(std::fabs(m_Elements[k] - o.m_Elements[k]) <= eps)) return 0;
     return 1;
   }
+  /// 1 when no element differs by more than 0.001 (inclusive).
   int operator==(const M& o) const { return IsEqualTo(o, kKvGeLinearTol); }
+  /// 1 when some element differs by more than 0.001.
   int operator!=(const M& o) const { return IsEqualTo(o, kKvGeLinearTol) ? 0 : 1; }
 
   /// The determinant; 0 when the decomposition fails.
@@ -206,6 +233,7 @@ class MatrixBase {
     Self() = x;
     return 1;
   }
+  /// The inverse, or an unchanged copy when the matrix is singular (as IsSingular, within 0.001).
   M Inverted() const {
     M r(Self());
     r.Invert();
@@ -248,6 +276,7 @@ class MatrixBase {
     x = r;
     return 1;
   }
+  /// Solves X x T = B row by row for this lower-triangular T; 0 (x untouched) as soon as a row fails.
   int SolveStaggerdSystem(const M& b, M& x) const {
     M r;
     for (unsigned i = 0; i < N; ++i) {
@@ -259,9 +288,13 @@ class MatrixBase {
     return 1;
   }
 
+  /// Element (i, j) without a range check.
   double& At(unsigned i, unsigned j) { return m_Elements[i * N + j]; }
+  /// Element (i, j) without a range check.
   double At(unsigned i, unsigned j) const { return m_Elements[i * N + j]; }
+  /// This as the named matrix class.
   M& Self() { return static_cast<M&>(*this); }
+  /// This as the named matrix class.
   const M& Self() const { return static_cast<const M&>(*this); }
   /// The matrix without row i and column j, rows and columns kept in order.
   template <class S>
@@ -278,6 +311,7 @@ class MatrixBase {
     }
     return s;
   }
+  /// Writes s into the elements outside row i and column j; nothing when i or j >= N.
   template <class S>
   M& SetSubMatrix(const S& s, unsigned i, unsigned j) {
     if (i >= N || j >= N) return Self();
@@ -292,6 +326,7 @@ class MatrixBase {
     return Self();
   }
 
+  /// The N * N elements in row order.
   double m_Elements[N * N];
 
  private:
@@ -332,49 +367,75 @@ class MatrixBase {
 
 }  // namespace KvGeDetail
 
+/// A 2x2 matrix of doubles, row by row; elements equal within 0.001.
 class KVGE_API KvGeMatrix2X2 : public KvGeDetail::MatrixBase<2, KvGeMatrix2X2, KvGeVector2> {
  public:
+  /// The zero matrix.
   KvGeMatrix2X2() = default;
+  /// s on the diagonal, 0 elsewhere.
   explicit KvGeMatrix2X2(double s) { Set(s); }
+  /// a and b on the diagonal.
   KvGeMatrix2X2(double a, double b) { Set(a, b); }
+  /// The elements in row order.
   KvGeMatrix2X2(double m00, double m01, double m10, double m11) { Set(m00, m01, m10, m11); }
+  /// The vector's components on the diagonal.
   explicit KvGeMatrix2X2(const KvGeVector2& diagonal) { Set(diagonal); }
+  /// The rows r0 and r1.
   KvGeMatrix2X2(const KvGeVector2& r0, const KvGeVector2& r1) { Set(r0, r1); }
+  /// Copies the elements.
   KvGeMatrix2X2(const KvGeMatrix2X2&) = default;
+  /// Copies the elements.
   KvGeMatrix2X2& operator=(const KvGeMatrix2X2&) = default;
+  /// The destructor (the matrices are polymorphic).
   virtual ~KvGeMatrix2X2();
 
   /// The element handed out for an index out of range.
   static double m_vDummy;
 
   using MatrixBase::Set;
+  /// a and b on the diagonal, 0 elsewhere.
   KvGeMatrix2X2& Set(double a, double b);
+  /// The elements in row order.
   KvGeMatrix2X2& Set(double m00, double m01, double m10, double m11);
+  /// The rows r0 and r1.
   KvGeMatrix2X2& Set(const KvGeVector2& r0, const KvGeVector2& r1);
 };
 
+/// A 3x3 matrix of doubles, row by row; elements equal within 0.001.
 class KVGE_API KvGeMatrix3X3 : public KvGeDetail::MatrixBase<3, KvGeMatrix3X3, KvGeVector3> {
  public:
+  /// The zero matrix.
   KvGeMatrix3X3() = default;
+  /// s on the diagonal, 0 elsewhere.
   explicit KvGeMatrix3X3(double s) { Set(s); }
+  /// a, b and c on the diagonal.
   KvGeMatrix3X3(double a, double b, double c) { Set(a, b, c); }
+  /// The elements in row order.
   KvGeMatrix3X3(double m00, double m01, double m02, double m10, double m11, double m12, double m20, double m21,
                 double m22) {
     Set(m00, m01, m02, m10, m11, m12, m20, m21, m22);
   }
+  /// The vector's components on the diagonal.
   explicit KvGeMatrix3X3(const KvGeVector3& diagonal) { Set(diagonal); }
+  /// The rows r0, r1 and r2.
   KvGeMatrix3X3(const KvGeVector3& r0, const KvGeVector3& r1, const KvGeVector3& r2) { Set(r0, r1, r2); }
+  /// Copies the elements.
   KvGeMatrix3X3(const KvGeMatrix3X3&) = default;
+  /// Copies the elements.
   KvGeMatrix3X3& operator=(const KvGeMatrix3X3&) = default;
+  /// The destructor (the matrices are polymorphic).
   virtual ~KvGeMatrix3X3();
 
   /// The element handed out for an index out of range.
   static double m_vDummy;
 
   using MatrixBase::Set;
+  /// a, b and c on the diagonal, 0 elsewhere.
   KvGeMatrix3X3& Set(double a, double b, double c);
+  /// The elements in row order.
   KvGeMatrix3X3& Set(double m00, double m01, double m02, double m10, double m11, double m12, double m20, double m21,
                      double m22);
+  /// The rows r0, r1 and r2.
   KvGeMatrix3X3& Set(const KvGeVector3& r0, const KvGeVector3& r1, const KvGeVector3& r2);
 
   /// Without row i and column j; an index >= 3 drops nothing on that side (the last row or
@@ -384,35 +445,50 @@ class KVGE_API KvGeMatrix3X3 : public KvGeDetail::MatrixBase<3, KvGeMatrix3X3, K
   KvGeMatrix3X3& SetSubMatrix2X2(const KvGeMatrix2X2& m, unsigned i, unsigned j) { return SetSubMatrix(m, i, j); }
 };
 
+/// A 4x4 matrix of doubles, row by row (the homogeneous transformations of space); elements equal within 0.001.
 class KVGE_API KvGeMatrix4X4 : public KvGeDetail::MatrixBase<4, KvGeMatrix4X4, KvGeVector4> {
  public:
+  /// The zero matrix.
   KvGeMatrix4X4() = default;
+  /// s on the diagonal, 0 elsewhere.
   explicit KvGeMatrix4X4(double s) { Set(s); }
+  /// a, b, c and d on the diagonal.
   KvGeMatrix4X4(double a, double b, double c, double d) { Set(a, b, c, d); }
+  /// The elements in row order.
   KvGeMatrix4X4(double m00, double m01, double m02, double m03, double m10, double m11, double m12, double m13,
                 double m20, double m21, double m22, double m23, double m30, double m31, double m32, double m33) {
     Set(m00, m01, m02, m03, m10, m11, m12, m13, m20, m21, m22, m23, m30, m31, m32, m33);
   }
+  /// The vector's components on the diagonal.
   explicit KvGeMatrix4X4(const KvGeVector4& diagonal) { Set(diagonal); }
+  /// The rows r0 to r3.
   KvGeMatrix4X4(const KvGeVector4& r0, const KvGeVector4& r1, const KvGeVector4& r2, const KvGeVector4& r3) {
     Set(r0, r1, r2, r3);
   }
+  /// Copies the elements.
   KvGeMatrix4X4(const KvGeMatrix4X4&) = default;
+  /// Copies the elements.
   KvGeMatrix4X4& operator=(const KvGeMatrix4X4&) = default;
+  /// The destructor (the matrices are polymorphic).
   virtual ~KvGeMatrix4X4();
 
   /// The element handed out for an index out of range.
   static double m_vDummy;
 
   using MatrixBase::Set;
+  /// a, b, c and d on the diagonal, 0 elsewhere.
   KvGeMatrix4X4& Set(double a, double b, double c, double d);
+  /// The elements in row order.
   KvGeMatrix4X4& Set(double m00, double m01, double m02, double m03, double m10, double m11, double m12, double m13,
                      double m20, double m21, double m22, double m23, double m30, double m31, double m32, double m33);
+  /// The rows r0 to r3.
   KvGeMatrix4X4& Set(const KvGeVector4& r0, const KvGeVector4& r1, const KvGeVector4& r2, const KvGeVector4& r3);
 
   /// Element (i, j) without a range check: i and j below 4 are the caller's promise.
   double GetMember(unsigned i, unsigned j) const { return At(i, j); }
+  /// Without row i and column j; an index >= 4 drops nothing on that side (the last row or column of the 3x3 result is then cut off).
   KvGeMatrix3X3 SubMatrix3X3(unsigned i, unsigned j) const { return SubMatrix<KvGeMatrix3X3>(i, j); }
+  /// Writes m into the elements outside row i and column j; nothing when i or j >= 4.
   KvGeMatrix4X4& SetSubMatrix3X3(const KvGeMatrix3X3& m, unsigned i, unsigned j) { return SetSubMatrix(m, i, j); }
   /// The 16 elements in row order.
   void ConvertToPmat(double* out) const;
@@ -427,6 +503,7 @@ static_assert(sizeof(KvGeMatrix4X4) == sizeof(void*) + 16 * sizeof(double), "KvG
 
 /// Exported constants, built once.
 KVGE_API const KvGeMatrix4X4& KvGeMatrix4X4_Identity();
+/// The 4x4 zero matrix, built once.
 KVGE_API const KvGeMatrix4X4& KvGeMatrix4X4_Zero();
 
 /// The determinant of the 3x3 matrix with rows a, b, c.
