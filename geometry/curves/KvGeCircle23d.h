@@ -25,14 +25,19 @@
 
 class KvGeModMat3d;
 
+/// A plan circle: centre KvGePoint3d and radius, in the horizontal plane at the centre's height, measured in plan by x and y; no sense.
 class KVGE_API KvGeCircle23d : public KvGeDetail::CircleBase<KvGePoint3d> {
  public:
   KvGeCircle23d() = default;
+  /// A circle of the given centre and radius.
   KvGeCircle23d(const KvGePoint3d& center, double radius) : CircleBase(center, radius) {}
+  /// Copies centre and radius.
   KvGeCircle23d(const KvGeCircle23d&) = default;
+  /// Copies centre and radius.
   KvGeCircle23d& operator=(const KvGeCircle23d&) = default;
   virtual ~KvGeCircle23d();
 
+  /// Replaces centre and radius.
   KvGeCircle23d& Set(const KvGePoint3d& center, double radius) { return *this = KvGeCircle23d(center, radius); }
 
   /// The circle in the plane (sense +1); z is dropped.
@@ -46,24 +51,32 @@ class KVGE_API KvGeCircle23d : public KvGeDetail::CircleBase<KvGePoint3d> {
   KvGeBox3d BoundingBox() const;
   /// The box of the ellipse in space that m makes of the circle (six extreme points).
   KvGeBox3d BoundingBox(const KvGeModMat3d& m) const;
+  /// Moves the centre by m and treats the radius by its plan part: exact for plan similarities, the circle of equal area otherwise.
   KvGeCircle23d& Transform(const KvGeModMat3d& m);
+  /// A transformed copy.
   KvGeCircle23d Transformed(const KvGeModMat3d& m) const { return KvGeCircle23d(*this).Transform(m); }
 };
 
+/// A plan arc: centre KvGePoint3d, radius, begin and end angle, at the centre's height; direction, sense and bulge as for KvGeArc2d (angle band 1e-6).
 class KVGE_API KvGeArc23d : public KvGeDetail::ArcBase<KvGePoint3d, KvGeArc23d> {
  public:
   KvGeArc23d() = default;
+  /// An arc of the given centre, radius and angles, taken as they are (not normalised).
   KvGeArc23d(const KvGePoint3d& center, double radius, const KvGeAngle& beg, const KvGeAngle& end)
       : ArcBase(center, radius, beg, end) {}
   /// The whole circle counter-clockwise: Beg 0, End 2 pi.
   explicit KvGeArc23d(const KvGeCircle23d& c) : ArcBase(c.Center(), c.Radius(), 0.0, KvGeAngle_Deg360()) {}
+  /// Copies centre, radius and angles.
   KvGeArc23d(const KvGeArc23d&) = default;
+  /// Copies centre, radius and angles.
   KvGeArc23d& operator=(const KvGeArc23d&) = default;
   virtual ~KvGeArc23d();
 
+  /// Replaces centre, radius and angles, taken as they are.
   KvGeArc23d& Set(const KvGePoint3d& center, double radius, const KvGeAngle& beg, const KvGeAngle& end) {
     return *this = KvGeArc23d(center, radius, beg, end);
   }
+  /// The whole circle c counter-clockwise: Beg 0, End 2 pi.
   KvGeArc23d& Set(const KvGeCircle23d& c) { return *this = KvGeArc23d(c); }
 
   /// The arc in the plane; z is dropped.
@@ -72,7 +85,9 @@ class KVGE_API KvGeArc23d : public KvGeDetail::ArcBase<KvGePoint3d, KvGeArc23d> 
   KvGePoint3d PointAt(const KvGeAngle& a) const {
     return KvGePoint3d(m_Center.x + m_Radius * a.Cos(), m_Center.y + m_Radius * a.Sin(), m_Center.z);
   }
+  /// The point at Beg, at the centre's height.
   KvGePoint3d BegPoint() const { return PointAt(m_Beg); }
+  /// The point at End, at the centre's height.
   KvGePoint3d EndPoint() const { return PointAt(m_End); }
 
   /// The arc from p1 through p2 to p3 in plan, centre at their mean height.
@@ -80,8 +95,11 @@ class KVGE_API KvGeArc23d : public KvGeDetail::ArcBase<KvGePoint3d, KvGeArc23d> 
 
   /// The box of the arc, not of its circle, at the centre's height.
   KvGeBox3d BoundingBox() const;
+  /// The box of the arc transformed by m.
   KvGeBox3d BoundingBox(const KvGeModMat3d& m) const;
+  /// Moves the centre by m and treats radius and angles by its plan part, with the plane arc's rule.
   KvGeArc23d& Transform(const KvGeModMat3d& m);
+  /// A transformed copy.
   KvGeArc23d Transformed(const KvGeModMat3d& m) const { return KvGeArc23d(*this).Transform(m); }
 };
 

@@ -44,15 +44,22 @@ template <class P>
 class CircleBase {
  public:
   CircleBase() = default;
+  /// A circle of the given centre and radius.
   CircleBase(const P& center, double radius) : m_Center(center), m_Radius(radius) {}
 
+  /// The centre.
   P& Center() { return m_Center; }
+  /// The centre.
   const P& Center() const { return m_Center; }
+  /// The radius, stored as passed.
   double& Radius() { return m_Radius; }
+  /// The radius, stored as passed.
   double Radius() const { return m_Radius; }
 
  protected:
+  /// The centre.
   P m_Center;
+  /// The radius.
   double m_Radius = 0.0;
 };
 
@@ -61,12 +68,17 @@ template <class P, class A>
 class ArcBase : public CircleBase<P> {
  public:
   ArcBase() = default;
+  /// An arc of the given centre, radius and angles, taken as they are (not normalised).
   ArcBase(const P& center, double radius, const KvGeAngle& beg, const KvGeAngle& end)
       : CircleBase<P>(center, radius), m_Beg(beg), m_End(end) {}
 
+  /// The begin angle.
   KvGeAngle& Beg() { return m_Beg; }
+  /// The begin angle.
   const KvGeAngle& Beg() const { return m_Beg; }
+  /// The end angle; End - Beg carries the direction.
   KvGeAngle& End() { return m_End; }
+  /// The end angle; End - Beg carries the direction.
   const KvGeAngle& End() const { return m_End; }
 
   /// -1 when Beg - 1e-6 > End, +1 when End > Beg + 1e-6, otherwise 0.
@@ -85,46 +97,65 @@ class ArcBase : public CircleBase<P> {
   /// Exchanges Beg and End when Sense() differs from sense; an arc of sense 0 is therefore
   /// inverted by Orientate(1) and Orientate(-1) alike.
   A& Orientate(int sense) { return Sense() == sense ? Self() : Invert(); }
+  /// An inverted copy.
   A Inverted() const { return A(Self()).Invert(); }
+  /// An orientated copy.
   A Orientated(int sense) const { return A(Self()).Orientate(sense); }
 
  protected:
+  /// This as the named arc class.
   A& Self() { return static_cast<A&>(*this); }
+  /// This as the named arc class.
   const A& Self() const { return static_cast<const A&>(*this); }
 
+  /// The begin angle.
   KvGeAngle m_Beg;
+  /// The end angle.
   KvGeAngle m_End;
 };
 
 }  // namespace KvGeDetail
 
+/// A circle in the plane: centre, radius and a sense (+1 counter-clockwise, -1 clockwise). Equal when the centres are equal within 0.001 (same kind), the radii within 0.001 (inclusive) and the senses equal.
 class KVGE_API KvGeCircle2d : public KvGeDetail::CircleBase<KvGePoint2d> {
  public:
   KvGeCircle2d() = default;
+  /// A circle of the given centre, radius and sense.
   KvGeCircle2d(const KvGePoint2d& center, double radius, int sense = 1) : CircleBase(center, radius), m_Sense(sense) {}
+  /// Copies centre, radius and sense.
   KvGeCircle2d(const KvGeCircle2d&) = default;
+  /// Copies centre, radius and sense.
   KvGeCircle2d& operator=(const KvGeCircle2d&) = default;
   virtual ~KvGeCircle2d();
 
+  /// Replaces centre, radius and sense.
   KvGeCircle2d& Set(const KvGePoint2d& center, double radius, int sense = 1) {
     return *this = KvGeCircle2d(center, radius, sense);
   }
+  /// The sense: +1 counter-clockwise, -1 clockwise, stored as passed.
   int& Sense() { return m_Sense; }
+  /// The sense: +1 counter-clockwise, -1 clockwise, stored as passed.
   int Sense() const { return m_Sense; }
 
   /// Centres by the point rule (within 0.001, same kind), radii within 0.001, equal senses.
   int IsEqualTo(const KvGeCircle2d& c, double tol = kKvGeLinearTol) const {
     return (m_Center.IsEqualTo(c.m_Center, tol) && IsEqual(m_Radius, c.m_Radius, tol) && m_Sense == c.m_Sense) ? 1 : 0;
   }
+  /// IsEqualTo with 0.001 (inclusive).
   int operator==(const KvGeCircle2d& c) const { return IsEqualTo(c, kKvGeLinearTol); }
+  /// The negation of operator==.
   int operator!=(const KvGeCircle2d& c) const { return IsEqualTo(c, kKvGeLinearTol) ? 0 : 1; }
 
+  /// Negates the sense.
   KvGeCircle2d& Invert() {
     m_Sense = -m_Sense;
     return *this;
   }
+  /// Negates the sense when it differs from sense.
   KvGeCircle2d& Orientate(int sense) { return m_Sense == sense ? *this : Invert(); }
+  /// An inverted copy.
   KvGeCircle2d Inverted() const { return KvGeCircle2d(*this).Invert(); }
+  /// An orientated copy.
   KvGeCircle2d Orientated(int sense) const { return KvGeCircle2d(*this).Orientate(sense); }
 
   /// Rows (r, 0, 0), (0, r, 0), (cx, cy, 1): the unit circle placed onto this one.
@@ -147,27 +178,35 @@ class KVGE_API KvGeCircle2d : public KvGeDetail::CircleBase<KvGePoint2d> {
   /// the sign of the bulge. 0 when the bulge is within 0.001 of 0.
   int By2PointsBulge(const KvGePoint2d& p1, const KvGePoint2d& p2, double bulge);
 
+  /// Transforms the circle: exact for the similarities; otherwise the radius of the circle of equal area. A mirror reverses the sense.
   KvGeCircle2d& Transform(const KvGeModMat2d& m);
+  /// A transformed copy.
   KvGeCircle2d Transformed(const KvGeModMat2d& m) const { return KvGeCircle2d(*this).Transform(m); }
 
  private:
   int m_Sense = 1;
 };
 
+/// An arc in the plane: centre, radius, begin and end angle; its direction is the sign of End - Beg (angle band 1e-6). Equal when centres and radii agree within 0.001 and both angles within 1e-6.
 class KVGE_API KvGeArc2d : public KvGeDetail::ArcBase<KvGePoint2d, KvGeArc2d> {
  public:
   KvGeArc2d() = default;
+  /// An arc of the given centre, radius and angles, taken as they are (not normalised).
   KvGeArc2d(const KvGePoint2d& center, double radius, const KvGeAngle& beg, const KvGeAngle& end)
       : ArcBase(center, radius, beg, end) {}
   /// The whole circle: Beg 0, End sense x 2 pi.
   explicit KvGeArc2d(const KvGeCircle2d& c);
+  /// Copies centre, radius and angles.
   KvGeArc2d(const KvGeArc2d&) = default;
+  /// Copies centre, radius and angles.
   KvGeArc2d& operator=(const KvGeArc2d&) = default;
   virtual ~KvGeArc2d();
 
+  /// Replaces centre, radius and angles, taken as they are.
   KvGeArc2d& Set(const KvGePoint2d& center, double radius, const KvGeAngle& beg, const KvGeAngle& end) {
     return *this = KvGeArc2d(center, radius, beg, end);
   }
+  /// The whole circle c: Beg 0, End sense x 2 pi.
   KvGeArc2d& Set(const KvGeCircle2d& c) { return *this = KvGeArc2d(c); }
 
   /// Centres within 0.001 of the same kind, radii within 0.001 and both angles within 1e-6.
@@ -177,13 +216,16 @@ class KVGE_API KvGeArc2d : public KvGeDetail::ArcBase<KvGePoint2d, KvGeArc2d> {
                ? 1
                : 0;
   }
+  /// The negation of operator==.
   int operator!=(const KvGeArc2d& a) const { return (*this == a) ? 0 : 1; }
 
   /// The point of the circle at angle a, and the arc's start and end points.
   KvGePoint2d PointAt(const KvGeAngle& a) const {
     return KvGePoint2d(m_Center.x + m_Radius * a.Cos(), m_Center.y + m_Radius * a.Sin());
   }
+  /// The point at Beg.
   KvGePoint2d BegPoint() const { return PointAt(m_Beg); }
+  /// The point at End.
   KvGePoint2d EndPoint() const { return PointAt(m_End); }
 
   /// The placement of the unit circle, as for the circle.
@@ -191,19 +233,24 @@ class KVGE_API KvGeArc2d : public KvGeDetail::ArcBase<KvGePoint2d, KvGeArc2d> {
   /// The box of the arc (its end points and the extreme points that it passes), not of its
   /// circle; the centre alone when the radius is within 0.001 of 0.
   KvGeBox2d BoundingBox() const;
+  /// The box of the arc transformed by m.
   KvGeBox2d BoundingBox(const KvGeModMat2d& m) const;
 
   /// The circle constructions, then Beg towards the first point and End towards the last, End
   /// normalised into the turn in the circle's sense. By2PointsRadius runs counter-clockwise
   /// exactly when sense is 1.
   int By3Points(const KvGePoint2d& p1, const KvGePoint2d& p2, const KvGePoint2d& p3);
+  /// The arc through p1 and p2 of the given radius, centre on side `side`, counter-clockwise exactly when sense is 1; 0 (unchanged) under the circle's failure conditions.
   int By2PointsRadius(const KvGePoint2d& p1, const KvGePoint2d& p2, double radius, int side, int sense);
+  /// The arc from p1 to p2 with the bulge tan(sweep / 4), counter-clockwise for a positive bulge; 0 (unchanged) when the bulge is within 0.001 of 0.
   int By2PointsBulge(const KvGePoint2d& p1, const KvGePoint2d& p2, double bulge);
   /// Centre as passed, Beg towards p1, End towards p2, counter-clockwise when sense is 1. 0 when
   /// the centre equals p1 or p2 (point rule). The radius is deliberately left as it was.
   int By2PointsCenter(const KvGePoint2d& p1, const KvGePoint2d& p2, const KvGePoint2d& center, int sense);
 
+  /// Transforms centre and end points: exact for the similarities; the ends stay on the rays through the transformed end points otherwise. A mirror reverses the direction.
   KvGeArc2d& Transform(const KvGeModMat2d& m);
+  /// A transformed copy.
   KvGeArc2d Transformed(const KvGeModMat2d& m) const { return KvGeArc2d(*this).Transform(m); }
 
  private:
