@@ -20,50 +20,70 @@
 class KvGePoint2d;
 class KvGePoint3d;
 
+/// An angle in radians, counter-clockwise positive, never normalised implicitly. Comparisons use the absolute band 1e-6 on the raw values (a difference equal to the band counts as equal).
 class KVGE_API KvGeAngle {
  public:
   KvGeAngle() = default;
+  /// The angle of rad radians, as given.
   KvGeAngle(double rad) : m_Rad(rad) {}  // NOLINT: radians convert implicitly, as callers expect
   /// The direction of the vector (dx, dy), in -pi .. pi; 0 when both are exactly 0.
   KvGeAngle(double dx, double dy) { Set(dx, dy); }
+  /// The direction of p seen from the origin.
   explicit KvGeAngle(const KvGePoint2d& p) { Set(p); }
+  /// The direction from one point to another.
   KvGeAngle(const KvGePoint2d& from, const KvGePoint2d& to) { Set(from, to); }
+  /// The direction of p seen from the origin, in plan.
   explicit KvGeAngle(const KvGePoint3d& p) { Set(p); }
+  /// The direction from one point to another, in plan.
   KvGeAngle(const KvGePoint3d& from, const KvGePoint3d& to) { Set(from, to); }
+  /// Copies the value.
   KvGeAngle(const KvGeAngle&) = default;
+  /// Copies the value.
   KvGeAngle& operator=(const KvGeAngle&) = default;
   virtual ~KvGeAngle();
 
+  /// Sets rad radians.
   KvGeAngle& SetRad(double rad) {
     m_Rad = rad;
     return *this;
   }
+  /// Sets deg degrees (times 0.017453292519943295).
   KvGeAngle& SetDeg(double deg) {
     m_Rad = deg * 0.017453292519943295;
     return *this;
   }
+  /// The value in radians.
   double Rad() const { return m_Rad; }
+  /// The value in degrees (times 57.29577951308232).
   double Deg() const { return m_Rad * 57.29577951308232; }
+  /// The direction of (dx, dy), in -pi .. pi; 0 when both are exactly 0.
   KvGeAngle& Set(double dx, double dy);
   /// The direction of p seen from the origin, and from one point to another; a 3D point is seen
   /// in plan (x and y only).
   KvGeAngle& Set(const KvGePoint2d& p);
+  /// The direction of (dx, dy), in -pi .. pi; 0 when both are exactly 0.
   KvGeAngle& Set(const KvGePoint2d& from, const KvGePoint2d& to);
+  /// The direction of (dx, dy), in -pi .. pi; 0 when both are exactly 0.
   KvGeAngle& Set(const KvGePoint3d& p);
+  /// The direction of (dx, dy), in -pi .. pi; 0 when both are exactly 0.
   KvGeAngle& Set(const KvGePoint3d& from, const KvGePoint3d& to);
 
+  /// Adds o.
   KvGeAngle& operator+=(const KvGeAngle& o) {
     m_Rad += o.m_Rad;
     return *this;
   }
+  /// Subtracts o.
   KvGeAngle& operator-=(const KvGeAngle& o) {
     m_Rad -= o.m_Rad;
     return *this;
   }
+  /// Multiplies by s.
   KvGeAngle& operator*=(double s) {
     m_Rad *= s;
     return *this;
   }
+  /// Divides by s; s exactly 0 leaves the angle unchanged.
   KvGeAngle& operator/=(double s) {
     if (s != 0.0) m_Rad /= s;
     return *this;
@@ -74,21 +94,31 @@ class KVGE_API KvGeAngle {
     if (o.m_Rad <= m_Rad) m_Rad = o.m_Rad;
     return *this;
   }
+  /// The larger raw value (|); a tie gives the argument's value.
   KvGeAngle& operator|=(const KvGeAngle& o) {
     if (o.m_Rad >= m_Rad) m_Rad = o.m_Rad;
     return *this;
   }
+  /// Negates the value.
   KvGeAngle& Negate() {
     m_Rad = -m_Rad;
     return *this;
   }
+  /// The sum.
   KvGeAngle operator+(const KvGeAngle& o) const { return KvGeAngle(*this) += o; }
+  /// The difference.
   KvGeAngle operator-(const KvGeAngle& o) const { return KvGeAngle(*this) -= o; }
+  /// Times s.
   KvGeAngle operator*(double s) const { return KvGeAngle(*this) *= s; }
+  /// Divided by s; s exactly 0 gives an unchanged copy.
   KvGeAngle operator/(double s) const { return KvGeAngle(*this) /= s; }
+  /// The smaller raw value (no band).
   KvGeAngle operator&(const KvGeAngle& o) const { return KvGeAngle(*this) &= o; }
+  /// The larger raw value (no band).
   KvGeAngle operator|(const KvGeAngle& o) const { return KvGeAngle(*this) |= o; }
+  /// The negated angle.
   KvGeAngle operator-() const { return KvGeAngle(-m_Rad); }
+  /// a times s.
   friend KvGeAngle operator*(double s, const KvGeAngle& a) { return a * s; }
 
   /// -1 when o - eps > this, 1 when this > o + eps, otherwise 0.
@@ -97,21 +127,32 @@ class KVGE_API KvGeAngle {
     if (m_Rad > o.m_Rad + eps) return 1;
     return 0;
   }
+  /// 1 when the values differ by no more than 1e-6 (inclusive).
   int operator==(const KvGeAngle& o) const { return Compare(o) == 0 ? 1 : 0; }
+  /// 1 when the values differ by more than 1e-6.
   int operator!=(const KvGeAngle& o) const { return Compare(o) != 0 ? 1 : 0; }
+  /// 1 when this is below o by more than 1e-6.
   int operator<(const KvGeAngle& o) const { return Compare(o) < 0 ? 1 : 0; }
+  /// 1 when this is not above o by more than 1e-6.
   int operator<=(const KvGeAngle& o) const { return Compare(o) <= 0 ? 1 : 0; }
+  /// 1 when this is above o by more than 1e-6.
   int operator>(const KvGeAngle& o) const { return Compare(o) > 0 ? 1 : 0; }
+  /// 1 when this is not below o by more than 1e-6.
   int operator>=(const KvGeAngle& o) const { return Compare(o) >= 0 ? 1 : 0; }
   /// -1 below -1e-6, 1 above 1e-6, otherwise 0.
   int Sgn() const { return m_Rad < -kKvGeAngularTol ? -1 : (m_Rad > kKvGeAngularTol ? 1 : 0); }
 
+  /// The cosine.
   double Cos() const;
+  /// The sine.
   double Sin() const;
+  /// The tangent; not guarded at odd multiples of pi/2.
   double Tan() const;
   /// 1 / tangent; not guarded at multiples of pi.
   double Cot() const;
+  /// Sets the arc cosine of x, in 0 .. pi (NaN for x outside -1 .. 1).
   KvGeAngle& ArcCos(double x);
+  /// Sets the arc sine of x, in -pi/2 .. pi/2 (NaN for x outside -1 .. 1).
   KvGeAngle& ArcSin(double x);
   /// The arc tangent of x, in -pi/2 .. pi/2.
   KvGeAngle& ArcTan(double x);
@@ -121,8 +162,11 @@ class KVGE_API KvGeAngle {
 
   /// (cos, sin) scaled by r; the 3D forms lie at height z.
   KvGePoint2d Point2d() const;
+  /// Sets the arc sine of x, in -pi/2 .. pi/2 (NaN for x outside -1 .. 1).
   KvGePoint2d Point2d(double r) const;
+  /// Sets the arc sine of x, in -pi/2 .. pi/2 (NaN for x outside -1 .. 1).
   KvGePoint3d Point3d() const;
+  /// Sets the arc sine of x, in -pi/2 .. pi/2 (NaN for x outside -1 .. 1).
   KvGePoint3d Point3d(double r, double z) const;
 
   /// Brings the angle into the range between lower and upper by whole spans (upper - lower),
@@ -138,6 +182,7 @@ class KVGE_API KvGeAngle {
   /// have accumulated. Outside the range, a NaN or infinite angle, or a range with an infinite
   /// bound, gives NaN: there is no whole number of spans to step by.
   KvGeAngle& Normalize(const KvGeAngle& upper, const KvGeAngle& lower, int lowerIncluded);
+  /// A normalized copy.
   KvGeAngle Normalized(const KvGeAngle& upper, const KvGeAngle& lower, int lowerIncluded) const {
     return KvGeAngle(*this).Normalize(upper, lower, lowerIncluded);
   }
@@ -155,12 +200,19 @@ static_assert(sizeof(KvGeAngle) == sizeof(void*) + sizeof(double), "KvGeAngle la
 
 /// Exported constant angles, built once.
 KVGE_API const KvGeAngle& KvGeAngle_Deg0();
+/// A normalized copy.
 KVGE_API const KvGeAngle& KvGeAngle_Deg30();
+/// A normalized copy.
 KVGE_API const KvGeAngle& KvGeAngle_Deg45();
+/// A normalized copy.
 KVGE_API const KvGeAngle& KvGeAngle_Deg60();
+/// A normalized copy.
 KVGE_API const KvGeAngle& KvGeAngle_Deg90();
+/// A normalized copy.
 KVGE_API const KvGeAngle& KvGeAngle_Deg180();
+/// A normalized copy.
 KVGE_API const KvGeAngle& KvGeAngle_Deg270();
+/// A normalized copy.
 KVGE_API const KvGeAngle& KvGeAngle_Deg360();
 
 /// min and max of the raw values: b > a gives (a, b), otherwise (b, a); no band.
