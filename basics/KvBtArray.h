@@ -25,12 +25,16 @@
 
 #include "basics/companion/KvBtCompare.h"
 
+/// A growable array of TYPE, passed in as ARG_TYPE; elements are relocated bitwise. Out-of-range indices fall back on the last element; an empty array reads a default element.
 template <class TYPE, class ARG_TYPE>
 class KvBtArray {
  public:
   KvBtArray() = default;
+  /// Copies the elements of other.
   KvBtArray(const KvBtArray& other) { Copy(other); }
+  /// Takes over the storage of other, which is left empty.
   KvBtArray(KvBtArray&& other) noexcept { Steal(other); }
+  /// Copies the elements of other; the growth step and, when large enough, the storage are kept.
   KvBtArray& operator=(const KvBtArray& other) {
     Copy(other);
     return *this;
@@ -46,52 +50,84 @@ class KvBtArray {
   }
   virtual ~KvBtArray() { Release(); }
 
+  /// The number of elements.
   int GetSize() const { return m_nSize; }
+  /// The last index, size - 1 (-1 when empty).
   int GetUpperBound() const { return m_nSize - 1; }
+  /// The number of elements the storage holds.
   int GetCapacity() const { return m_nMaxSize; }
+  /// 1 when there are no elements.
   int IsEmpty() const { return m_nSize == 0 ? 1 : 0; }
 
+  /// Resizes to newSize elements (a negative size counts as 0; 0 releases the storage); new elements are default values. growBy, unless -1, sets the growth step (0: one eighth of the size, 4 to 1024).
   void SetSize(int newSize, int growBy = -1);
+  /// Shrinks the storage to the size.
   void FreeExtra();
+  /// Removes every element and releases the storage.
   void RemoveAll() { SetSize(0); }
 
+  /// Element i; an index out of range reads the last element, an empty array a default element.
   TYPE GetAt(int i) const { return m_nSize == 0 ? TYPE() : m_pData[Clamp(i)]; }
+  /// Element i; an index out of range reads the last element, an empty array a default element.
   TYPE operator[](int i) const { return GetAt(i); }
+  /// Element i for writing; an index out of range refers to the last element, an empty array to a scratch element.
   TYPE& ElementAt(int i) { return m_nSize == 0 ? Scratch() : m_pData[Clamp(i)]; }
+  /// Element i for writing; an index out of range refers to the last element, an empty array to a scratch element.
   const TYPE& ElementAt(int i) const { return m_nSize == 0 ? Scratch() : m_pData[Clamp(i)]; }
+  /// Element i for writing; an index out of range refers to the last element, an empty array to a scratch element.
   TYPE& operator[](int i) { return ElementAt(i); }
+  /// Assigns element i (the last for an index out of range; a scratch element when empty).
   void SetAt(int i, ARG_TYPE value) { ElementAt(i) = value; }
 
+  /// The storage; null when empty.
   const TYPE* GetData() const { return m_pData; }
+  /// The storage; null when empty.
   TYPE* GetData() { return m_pData; }
+  /// The first element, for range-for.
   const TYPE* begin() const { return m_pData; }
+  /// Past the last element, for range-for.
   const TYPE* end() const { return m_pData + m_nSize; }
+  /// The first element, for range-for.
   TYPE* begin() { return m_pData; }
+  /// Past the last element, for range-for.
   TYPE* end() { return m_pData + m_nSize; }
 
+  /// Assigns element i, growing the array with default elements when i is past the end; a negative i is ignored.
   void SetAtGrow(int i, ARG_TYPE value);
+  /// Appends value and returns its index.
   int Add(ARG_TYPE value) {
     const int i = m_nSize;
     SetAtGrow(i, value);
     return i;
   }
+  /// Appends the elements of other and returns the index of the first of them; appending the array to itself does nothing.
   int Append(const KvBtArray& other);
+  /// Makes the array a copy of other.
   void Copy(const KvBtArray& other);
+  /// Inserts count copies of value before index i; an index past the end pads with default elements. A negative i or count does nothing.
   void InsertAt(int i, ARG_TYPE value, int count = 1);
+  /// Inserts the elements of other before index i; a null or empty other does nothing.
   void InsertAt(int i, const KvBtArray* other);
+  /// Removes count elements from index i on (fewer at the end); an index out of range does nothing.
   void RemoveAt(int i, int count = 1);
 
  protected:
+  /// i, or the last index when i is out of range.
   int Clamp(int i) const { return (i < 0 || i >= m_nSize) ? m_nSize - 1 : i; }
+  /// A scratch element reset to the default, for access to an empty array.
   static TYPE& Scratch() {
     thread_local TYPE scratch;
     scratch = TYPE();
     return scratch;
   }
 
+  /// The storage.
   TYPE* m_pData = nullptr;
+  /// The number of elements.
   int m_nSize = 0;
+  /// The number of elements the storage holds.
   int m_nMaxSize = 0;
+  /// The growth step; 0 for one eighth of the size, 4 to 1024.
   int m_nGrowBy = 0;
 
  private:
@@ -240,15 +276,20 @@ void KvBtArray<TYPE, ARG_TYPE>::RemoveAt(int i, int count) {
   m_nSize -= count;
 }
 
+/// A growable array of TYPE with element-wise equality, cyclic access (index modulo the size, -1 is the last element), deep copying and cyclic reordering.
 template <class TYPE>
 class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
   using Base = KvBtArray<TYPE, TYPE>;
 
  public:
   KvBtDynArray() = default;
+  /// Copies the elements.
   KvBtDynArray(const KvBtDynArray&) = default;
+  /// Takes over the storage of the other array.
   KvBtDynArray(KvBtDynArray&&) noexcept = default;
+  /// Copies the elements, as KvBtArray's assignment.
   KvBtDynArray& operator=(const KvBtDynArray&) = default;
+  /// Copies the elements, as KvBtArray's assignment.
   KvBtDynArray& operator=(KvBtDynArray&&) = default;
   ~KvBtDynArray() override = default;
 
@@ -261,13 +302,18 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
       if (!(this->m_pData[k] == other.m_pData[k])) return 0;
     return 1;
   }
+  /// The negation of operator==.
   int operator!=(const KvBtDynArray& other) const { return (*this == other) ? 0 : 1; }
 
   /// The cyclic index mod(i, size); 0 for an empty array.
   int Index(int i) const { return mod(i, this->m_nSize); }
+  /// Element mod(i, size); a scratch element when empty.
   TYPE& Element(int i) { return this->m_nSize == 0 ? Base::Scratch() : this->m_pData[Index(i)]; }
+  /// Element mod(i, size); a scratch element when empty.
   const TYPE& Element(int i) const { return this->m_nSize == 0 ? Base::Scratch() : this->m_pData[Index(i)]; }
+  /// Element mod(i, size); a scratch element when empty.
   TYPE& operator()(int i) { return Element(i); }
+  /// Element mod(i, size); a scratch element when empty.
   const TYPE& operator()(int i) const { return Element(i); }
 
   /// Size of other, then each element deep-copied from the element at the same index: by the
@@ -313,9 +359,13 @@ template <class TYPE>
 class KvBtSmallArray : public KvBtArray<TYPE, const TYPE&> {
  public:
   KvBtSmallArray() = default;
+  /// Copies the elements.
   KvBtSmallArray(const KvBtSmallArray&) = default;
+  /// Takes over the storage of the other array.
   KvBtSmallArray(KvBtSmallArray&&) noexcept = default;
+  /// Copies the elements, as KvBtArray's assignment.
   KvBtSmallArray& operator=(const KvBtSmallArray&) = default;
+  /// Copies the elements, as KvBtArray's assignment.
   KvBtSmallArray& operator=(KvBtSmallArray&&) = default;
   ~KvBtSmallArray() override = default;
 };
