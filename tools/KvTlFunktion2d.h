@@ -17,15 +17,21 @@
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtCompare.h"
 
+/// One straight piece of a profile, from (x0, y0) to (x1, y1). Equal when all four values agree within 0.001 (inclusive).
 class KVGE_API KvTlLinear2d {
  public:
   KvTlLinear2d() = default;
+  /// The piece from (xa, ya) to (xb, yb).
   KvTlLinear2d(double xa, double ya, double xb, double yb) : x0(xa), y0(ya), x1(xb), y1(yb) {}
+  /// Copies the four values.
   KvTlLinear2d(const KvTlLinear2d&) = default;
+  /// Copies the four values.
   KvTlLinear2d& operator=(const KvTlLinear2d&) = default;
   virtual ~KvTlLinear2d();
 
+  /// All four values 0.
   KvTlLinear2d& Set() { return Set(0.0, 0.0, 0.0, 0.0); }
+  /// The piece from (xa, ya) to (xb, yb).
   KvTlLinear2d& Set(double xa, double ya, double xb, double yb) {
     x0 = xa;
     y0 = ya;
@@ -42,6 +48,7 @@ class KVGE_API KvTlLinear2d {
     if (IsEqual(x, x1, kKvGeLinearTol)) return y1;
     return 0.0;
   }
+  /// Wert(x).
   double operator()(double x) const { return Wert(x); }
   /// The inverse of Wert: the x at which the line reaches y. A level piece (y0 and y1 within
   /// 1e-15) gives x0 for y0 and x1 for y1, each within 0.001, and 0.0 for any other y.
@@ -57,7 +64,9 @@ class KVGE_API KvTlLinear2d {
     return (IsEqual(x0, o.x0, eps) && IsEqual(y0, o.y0, eps) && IsEqual(x1, o.x1, eps) && IsEqual(y1, o.y1, eps)) ? 1
                                                                                                                   : 0;
   }
+  /// IsEqualTo with 0.001 (inclusive).
   int operator==(const KvTlLinear2d& o) const { return IsEqualTo(o); }
+  /// The negation of operator==.
   int operator!=(const KvTlLinear2d& o) const { return IsEqualTo(o) ? 0 : 1; }
 
   /// Mirrors the x range about x = c so that it still ascends; y0 and y1 stay at their ends, so
@@ -76,30 +85,43 @@ class KVGE_API KvTlLinear2d {
     return *this;
   }
 
+  /// x of the start.
   double x0 = 0.0;
+  /// y at the start.
   double y0 = 0.0;
+  /// x of the end.
   double x1 = 0.0;
+  /// y at the end.
   double y1 = 0.0;
 };
 
 static_assert(sizeof(KvTlLinear2d) == sizeof(void*) + 4 * sizeof(double), "KvTlLinear2d layout");
 
+/// A piecewise linear function y(x) over -1e9 .. +1e9, pieces in ascending x and meeting, possibly jumping at a break. Positions and values closer than 0.001 (inclusive) count as equal.
 class KVGE_API KvTlFunktion2d {
  public:
+  /// The array of pieces.
   using PieceArray = KvBtDynArray<KvTlLinear2d>;
 
   /// The zero function.
   KvTlFunktion2d() { Set(); }
   /// The constant c; implicit, so that a constant can stand wherever a function is combined.
   KvTlFunktion2d(double c) { Set(c); }
+  /// The segment (xa, ya) - (xb, yb) with the constant c left and right of it, as Set(xa, ya, xb, yb, c).
   KvTlFunktion2d(double xa, double ya, double xb, double yb, double c) { Set(xa, ya, xb, yb, c); }
+  /// Copies the pieces.
   KvTlFunktion2d(const KvTlFunktion2d&) = default;
+  /// Takes over the pieces of the other function.
   KvTlFunktion2d(KvTlFunktion2d&&) noexcept = default;
+  /// Copies the pieces.
   KvTlFunktion2d& operator=(const KvTlFunktion2d&) = default;
+  /// Takes over the pieces of the other function.
   KvTlFunktion2d& operator=(KvTlFunktion2d&&) noexcept = default;
   virtual ~KvTlFunktion2d();
 
+  /// The zero function.
   KvTlFunktion2d& Set() { return Set(0.0); }
+  /// The constant c over the whole range.
   KvTlFunktion2d& Set(double c);
   /// The segment (xa, ya) - (xb, yb), ends in either order, with the constant c left and right of
   /// it. An end within 1.0 of -1e9 or +1e9 counts as that limit (the outside piece is left out and
@@ -118,10 +140,13 @@ class KVGE_API KvTlFunktion2d {
   /// The value from the left (the piece that ends at a break) and from the right (the piece that
   /// starts there); 0.0 for a function without pieces.
   double LinksWert(double x) const;
+  /// The value from the right (the piece that starts at a break).
   double RechtsWert(double x) const;
+  /// RechtsWert(x).
   double operator()(double x) const { return RechtsWert(x); }
   /// The smaller and the larger of the left and the right value at x: they differ at a jump.
   double MinWert(double x) const;
+  /// The larger of the left and the right value at x.
   double MaxWert(double x) const;
 
   /// The first x at or after from (searching rightwards) at which the function reaches y within
@@ -137,6 +162,7 @@ class KVGE_API KvTlFunktion2d {
   /// lower bound, the left value at the upper bound and both values at every jump between them.
   /// Bounds within 0.001 of each other give MinWert / MaxWert there.
   double MinY(double a, double b) const;
+  /// The greatest value between a and b, as MinY.
   double MaxY(double a, double b) const;
 
   /// The signed area between a and b, negative when a > b. Each piece is clipped to the range;
@@ -155,6 +181,7 @@ class KVGE_API KvTlFunktion2d {
   /// followed at once. Outside the two bounds the function is kept, so it may jump at the far
   /// bound. Bounds are clamped to the covered range; bounds within 0.001 change nothing.
   KvTlFunktion2d& MinVerlauf(double a, double b);
+  /// The running maximum from a towards b, as MinVerlauf.
   KvTlFunktion2d& MaxVerlauf(double a, double b);
 
   /// Keeps the function between a and b (either order, clamped to the covered range) and sets
@@ -172,12 +199,14 @@ class KVGE_API KvTlFunktion2d {
   /// 2c + 1e9.
   KvTlFunktion2d& SpiegelX(double c);
 
+  /// Multiplies every value by k.
   KvTlFunktion2d& operator*=(double k);
   /// Divides every value by k; a k within 0.001 of 0 leaves the function unchanged.
   KvTlFunktion2d& operator/=(double k);
   /// Sets every value to 0.0: the result is the zero function, not the negated one. Deliberate;
   /// the unary minus gives the negated copy.
   KvTlFunktion2d& Negate();
+  /// The negated copy (every y becomes -y).
   KvTlFunktion2d operator-() const;
 
   /// Pointwise sum, difference and product. Every piece of this function is cut at the breaks of
@@ -188,17 +217,22 @@ class KVGE_API KvTlFunktion2d {
   /// product is joined linearly between its end values, so it is exact only where one factor is
   /// constant on the part.
   KvTlFunktion2d& operator+=(const KvTlFunktion2d& g);
+  /// Pointwise difference, cut as operator+=.
   KvTlFunktion2d& operator-=(const KvTlFunktion2d& g);
+  /// Pointwise product, cut as operator+= and joined linearly.
   KvTlFunktion2d& operator*=(const KvTlFunktion2d& g);
   /// Pointwise minimum (&=) and maximum (|=) by the same cutting, with a further break wherever
   /// the two functions cross more than 0.001 inside a part, so the result is exact.
   KvTlFunktion2d& operator&=(const KvTlFunktion2d& g);
+  /// Pointwise maximum, as operator&=.
   KvTlFunktion2d& operator|=(const KvTlFunktion2d& g);
 
   /// False when the piece counts differ (even if the values agree), true for two functions
   /// without pieces, otherwise every pair of pieces equal within eps.
   int IsEqualTo(const KvTlFunktion2d& other, double eps = kKvGeLinearTol) const;
+  /// IsEqualTo with 0.001 (inclusive).
   int operator==(const KvTlFunktion2d& other) const { return IsEqualTo(other); }
+  /// The negation of operator==.
   int operator!=(const KvTlFunktion2d& other) const { return IsEqualTo(other) ? 0 : 1; }
 
  private:
@@ -215,11 +249,19 @@ class KVGE_API KvTlFunktion2d {
 
 static_assert(sizeof(KvTlFunktion2d) == sizeof(void*) + sizeof(KvTlFunktion2d::PieceArray), "KvTlFunktion2d layout");
 
+/// Pointwise sum, as operator+=.
 inline KvTlFunktion2d operator+(KvTlFunktion2d f, const KvTlFunktion2d& g) { return std::move(f += g); }
+/// Pointwise difference, as operator-=.
 inline KvTlFunktion2d operator-(KvTlFunktion2d f, const KvTlFunktion2d& g) { return std::move(f -= g); }
+/// Pointwise product, as operator*=.
 inline KvTlFunktion2d operator*(KvTlFunktion2d f, const KvTlFunktion2d& g) { return std::move(f *= g); }
+/// Pointwise minimum, as operator&=.
 inline KvTlFunktion2d operator&(KvTlFunktion2d f, const KvTlFunktion2d& g) { return std::move(f &= g); }
+/// Pointwise maximum, as operator|=.
 inline KvTlFunktion2d operator|(KvTlFunktion2d f, const KvTlFunktion2d& g) { return std::move(f |= g); }
+/// Every value times k.
 inline KvTlFunktion2d operator*(KvTlFunktion2d f, double k) { return std::move(f *= k); }
+/// Every value times k.
 inline KvTlFunktion2d operator*(double k, KvTlFunktion2d f) { return std::move(f *= k); }
+/// Every value divided by k; a k within 0.001 of 0 gives f unchanged.
 inline KvTlFunktion2d operator/(KvTlFunktion2d f, double k) { return std::move(f /= k); }

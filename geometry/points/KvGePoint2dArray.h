@@ -31,12 +31,17 @@ class KvGeBox3d;
 class KvGeModMat2d;
 class KvGeModMat3d;
 
+/// A sequence of plane points, read as a closed ring by the area, orientation and centroid members (positive area counter-clockwise); it has the library's persisted format (Serialize).
 class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
  public:
   KvGePoint2dArray() = default;
+  /// Copies the points.
   KvGePoint2dArray(const KvGePoint2dArray&) = default;
+  /// Takes over the points of the other array.
   KvGePoint2dArray(KvGePoint2dArray&&) noexcept = default;
+  /// Copies the points.
   KvGePoint2dArray& operator=(const KvGePoint2dArray&) = default;
+  /// Takes over the points of the other array.
   KvGePoint2dArray& operator=(KvGePoint2dArray&&) = default;
   ~KvGePoint2dArray() override;
 
@@ -46,76 +51,113 @@ class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
   int Sense() const;
   /// The whole sequence reversed.
   KvGePoint2dArray& Invert();
+  /// A reversed copy.
   KvGePoint2dArray Inverted() const;
   /// Reverses the order while keeping the first point first, unless Sense() equals sense.
   KvGePoint2dArray& Orientate(int sense);
+  /// An orientated copy.
   KvGePoint2dArray Orientated(int sense) const;
   /// Starts at the lowest point (IndexMinYX) and runs counter-clockwise; a ring of area 0 is
   /// reversed as well, deliberately.
   KvGePoint2dArray& Normalize();
+  /// A normalized copy.
   KvGePoint2dArray Normalized() const;
   /// The point with the smallest x, x values within 0.001 counting as equal and broken by the
   /// smaller y (exactly); the first of equal points wins; -1 for an empty array.
   int IndexMinXY() const;
   /// The same with y first.
   int IndexMinYX() const;
+  /// Sets x of every point to v.
   KvGePoint2dArray& SetX(double v);
+  /// Sets y of every point to v.
   KvGePoint2dArray& SetY(double v);
   /// The closed perimeter, closing edge included.
   double Perimeter() const;
   /// The centre of gravity of the ring's area (triangle fan from the origin); (0, 0) when the
   /// total area is exactly degenerate (within 1e-15).
   KvGePoint2d Schwerpunkt() const;
+  /// The box of the points; the empty box for an empty array.
   KvGeBox2d BoundingBox() const;
+  /// The box of the points transformed by m.
   KvGeBox2d BoundingBox(const KvGeModMat2d& m) const;
+  /// Transforms every point by m.
   KvGePoint2dArray& Transform(const KvGeModMat2d& m);
+  /// A transformed copy.
   KvGePoint2dArray Transformed(const KvGeModMat2d& m) const;
   /// In place by x then y (or y then x), coordinates tying when iqrkor says they are equal; not
   /// stable.
   void sortByXY();
+  /// A transformed copy.
   void sortByYX();
 
+  /// Stores (version 1, one string of "%4x" fields in tenths) or loads (versions 1 and 2; a failed load leaves the array unchanged) by the direction of the archive.
   virtual void Serialize(KvBtArchive& ar);
 };
 
+/// A sequence of space points; the plane questions are answered in plan (x and y) by the members ending in 2d.
 class KVGE_API KvGePoint3dArray : public KvBtDynArray<KvGePoint3d> {
  public:
   KvGePoint3dArray() = default;
+  /// Copies the points.
   KvGePoint3dArray(const KvGePoint3dArray&) = default;
+  /// Takes over the points of the other array.
   KvGePoint3dArray(KvGePoint3dArray&&) noexcept = default;
+  /// Copies the points.
   KvGePoint3dArray& operator=(const KvGePoint3dArray&) = default;
+  /// Takes over the points of the other array.
   KvGePoint3dArray& operator=(KvGePoint3dArray&&) = default;
   ~KvGePoint3dArray() override;
 
+  /// The signed plan area of the ring, positive counter-clockwise; 0 for an empty array.
   double Area2d() const;
+  /// sgn(Area2d()): 1 counter-clockwise, -1 clockwise, 0 degenerate.
   int Sense2d() const;
+  /// The whole sequence reversed.
   KvGePoint3dArray& Invert();
+  /// A reversed copy.
   KvGePoint3dArray Inverted() const;
   /// As the plane Orientate, in plan; a last point equal to the first (same kind, within 0.001)
   /// is set aside meanwhile, so a closed ring keeps its closing point last.
   KvGePoint3dArray& Orientate2d(int sense);
+  /// An orientated copy.
   KvGePoint3dArray Orientated2d(int sense) const;
+  /// Starts at the lowest point (IndexMinYX) and runs counter-clockwise in plan, as the plane Normalize.
   KvGePoint3dArray& Normalize2d();
+  /// A normalized copy.
   KvGePoint3dArray Normalized2d() const;
+  /// The point with the smallest x, x within 0.001 counting as equal and broken by the smaller y; -1 for an empty array.
   int IndexMinXY() const;
+  /// The same with y first.
   int IndexMinYX() const;
+  /// Sets x of every point to v.
   KvGePoint3dArray& SetX(double v);
+  /// Sets y of every point to v.
   KvGePoint3dArray& SetY(double v);
+  /// Sets z of every point to v.
   KvGePoint3dArray& SetZ(double v);
+  /// The closed perimeter in plan, closing edge included.
   double Perimeter2d() const;
+  /// The closed perimeter in space, closing edge included.
   double Perimeter3d() const;
   /// 0.5 * sum of p(i) x p(i+1): the area vector of the ring (normal by the right-hand rule,
   /// length the area).
   KvGePoint3d NormalVector() const;
+  /// The area of the ring in space: the length of NormalVector().
   double Area3d() const;
   /// The centre of gravity in space: the fan triangles from the first point, each weighted by
   /// the length of its area vector projected on the ring's normal (so a planar ring gets its
   /// area centroid); the mean of the points when the ring has no area.
   KvGePoint3d Schwerpunkt() const;
+  /// The box of the points; the empty box for an empty array.
   KvGeBox3d BoundingBox() const;
+  /// The box of the points transformed by m.
   KvGeBox3d BoundingBox(const KvGeModMat3d& m) const;
+  /// Transforms every point by m.
   KvGePoint3dArray& Transform(const KvGeModMat3d& m);
+  /// A transformed copy.
   KvGePoint3dArray Transformed(const KvGeModMat3d& m) const;
+  /// In place by x then y, coordinates tying when iqrkor says they are equal; not stable.
   void sortByXY();
+  /// In place by y then x, likewise.
   void sortByYX();
 };
