@@ -18,21 +18,30 @@
 
 class KvGeModMat3d;
 
+/// A space point (x, y, z) with the flag of a point at infinity; also the coordinate type of every plan object. Two points are equal when their distance is at most 0.001 (inclusive) and they are of the same kind.
 class KVGE_API KvGePoint3d : public KvGeDetail::PointBase<3, KvGePoint3d> {
  public:
+  /// The origin, ordinary.
   KvGePoint3d() : PointBase(0, 0.0, 0.0, 0.0) {}
+  /// (v, v, v), ordinary.
   explicit KvGePoint3d(double v) : PointBase(0, v, v, v) {}
+  /// (x, y, z), a point at infinity when infinite is non-zero.
   KvGePoint3d(double x_, double y_, double z_, int infinite = 0) : PointBase(infinite, x_, y_, z_) {}
+  /// The vector's components, ordinary.
   explicit KvGePoint3d(const KvGeVector3& v) : PointBase(0, v.x, v.y, v.z) {}
   /// Homogeneous (x, y, z, w): divided by w, or a point at infinity when w is within 0.001 of 0.
   explicit KvGePoint3d(const KvGeVector4& v) : PointBase(0, 0.0, 0.0, 0.0) { SetHomogeneous(v); }
   /// (p.x, p.y, z) with p's flag.
   KvGePoint3d(const KvGePoint2d& p, double z_) : PointBase(p.m_bInfinite, p.x, p.y, z_) {}
+  /// Copies coordinates and flag.
   KvGePoint3d(const KvGePoint3d&) = default;
+  /// Copies coordinates and flag.
   KvGePoint3d& operator=(const KvGePoint3d&) = default;
   virtual ~KvGePoint3d();
 
+  /// (v, v, v), ordinary.
   KvGePoint3d& Set(double v) { return Set(v, v, v, 0); }
+  /// (x, y, z), a point at infinity when infinite is non-zero.
   KvGePoint3d& Set(double x_, double y_, double z_, int infinite = 0) {
     x = x_;
     y = y_;
@@ -40,11 +49,14 @@ class KVGE_API KvGePoint3d : public KvGeDetail::PointBase<3, KvGePoint3d> {
     m_bInfinite = infinite;
     return *this;
   }
+  /// The vector's components, ordinary.
   KvGePoint3d& Set(const KvGeVector3& v) { return Set(v.x, v.y, v.z, 0); }
+  /// Homogeneous (x, y, z, w): divided by w, or a point at infinity when w is within 0.001 of 0.
   KvGePoint3d& Set(const KvGeVector4& v) {
     SetHomogeneous(v);
     return *this;
   }
+  /// (p.x, p.y, z) with p's flag.
   KvGePoint3d& Set(const KvGePoint2d& p, double z_) { return Set(p.x, p.y, z_, p.m_bInfinite); }
   /// (r cos a, r sin a, 0).
   KvGePoint3d& SetPolar(double r, const KvGeAngle& a, int infinite = 0);
@@ -54,6 +66,7 @@ class KVGE_API KvGePoint3d : public KvGeDetail::PointBase<3, KvGePoint3d> {
   /// sphere of radius r only for b = 0; this is the required behaviour, deliberately kept.
   KvGePoint3d& SetSphere(double r, const KvGeAngle& a, const KvGeAngle& b, int infinite = 0);
 
+  /// (x, y, z) as a vector.
   KvGeVector3 Vector3() const { return KvGeVector3(x, y, z); }
   /// (x, y, z, w) with w = 0 for a point at infinity, 1 otherwise.
   KvGeVector4 Vector4() const { return Homogeneous<KvGeVector4>(); }
@@ -65,6 +78,7 @@ class KVGE_API KvGePoint3d : public KvGeDetail::PointBase<3, KvGePoint3d> {
 
   /// Vector4() times m, stored back with the homogeneous rule.
   KvGePoint3d& Transform(const KvGeModMat3d& m);
+  /// A transformed copy.
   KvGePoint3d Transformed(const KvGeModMat3d& m) const { return KvGePoint3d(*this).Transform(m); }
   /// The affine product (x, y, z, 1) x m without division by a weight; the result is ordinary.
   KvGePoint3d& multiply(const KvGeMatrix4X4& m);
@@ -77,25 +91,35 @@ class KVGE_API KvGePoint3d : public KvGeDetail::PointBase<3, KvGePoint3d> {
   /// 1 x < -z, 2 x > z, 4 y < -z, 8 y > z, 16 z < zmin, 32 z > 1, each beyond tol.
   int OutCode(double zmin, double tol = kKvGeLinearTol) const;
 
+  /// The component handed out for an index beyond 2.
   static double m_vDummy;
 };
 
 // A virtual destructor, x, y, z and the flag (padded to the alignment of a double).
 static_assert(sizeof(KvGePoint3d) == sizeof(void*) + 3 * sizeof(double) + alignof(double), "KvGePoint3d layout");
 
+/// A space point standing for the vertical range z .. z + height. Equal when the points are equal (within 0.001, same kind) and the heights within 0.001.
 class KVGE_API KvGePoint23d : public KvGePoint3d {
  public:
   KvGePoint23d() = default;
+  /// (v, v, v), ordinary, height 0.
   explicit KvGePoint23d(double v) : KvGePoint3d(v) {}
+  /// (x, y, z) with the flag and the height.
   KvGePoint23d(double x_, double y_, double z_, int infinite = 0, double height = 0.0)
       : KvGePoint3d(x_, y_, z_, infinite), m_Height(height) {}
+  /// The point p with the height.
   KvGePoint23d(const KvGePoint3d& p, double height) : KvGePoint3d(p), m_Height(height) {}
+  /// Copies coordinates, flag and height.
   KvGePoint23d(const KvGePoint23d&) = default;
+  /// Copies coordinates, flag and height.
   KvGePoint23d& operator=(const KvGePoint23d&) = default;
   ~KvGePoint23d() override;
 
+  /// The height, stored as passed (may be negative).
   double& Height() { return m_Height; }
+  /// The height, stored as passed (may be negative).
   double Height() const { return m_Height; }
+  /// z + height.
   double Top() const { return z + m_Height; }
   /// z becomes v and the height changes so that the top stays where it was.
   KvGePoint23d& SetZ(double v) {
@@ -110,9 +134,11 @@ class KVGE_API KvGePoint23d : public KvGePoint3d {
   }
   /// Heights within 0.001.
   int IsEqualHeight(const KvGePoint23d& o) const { return IsEqual(m_Height, o.m_Height, kKvGeLinearTol); }
+  /// 1 when the height differs from 0 by more than 0.001.
   int HasHeight() const { return IsNotEqual(m_Height, 0.0, kKvGeLinearTol); }
   /// The point rule (distance at most 0.001, same kind) and heights within 0.001.
   int operator==(const KvGePoint23d& o) const { return KvGePoint3d::operator==(o) && IsEqualHeight(o); }
+  /// The negation of operator==.
   int operator!=(const KvGePoint23d& o) const { return (*this == o) ? 0 : 1; }
 
  private:
@@ -123,18 +149,26 @@ static_assert(sizeof(KvGePoint23d) == sizeof(KvGePoint3d) + sizeof(double), "KvG
 
 /// Exported constant points, built once: (0, 0, 0), (1, 0, 0), (0, 1, 0), (0, 0, 1).
 KVGE_API const KvGePoint3d& KvGePoint3d_Origin();
+/// The negation of operator==.
 KVGE_API const KvGePoint3d& KvGePoint3d_XAxis();
+/// The negation of operator==.
 KVGE_API const KvGePoint3d& KvGePoint3d_YAxis();
+/// The negation of operator==.
 KVGE_API const KvGePoint3d& KvGePoint3d_ZAxis();
 
 /// Plan direction from a to b.
 KVGE_API KvGeAngle Angle2d(const KvGePoint3d& a, const KvGePoint3d& b);
 /// Plan forms: x and y only.
 KVGE_API double Distance2d(const KvGePoint3d& a, const KvGePoint3d& b);
+/// The squared plan distance.
 KVGE_API double DistanceSqr2d(const KvGePoint3d& a, const KvGePoint3d& b);
+/// The plan dot product x a.x + y a.y.
 KVGE_API double DotProduct2d(const KvGePoint3d& a, const KvGePoint3d& b);
+/// The distance in space.
 KVGE_API double Distance3d(const KvGePoint3d& a, const KvGePoint3d& b);
+/// The squared distance in space.
 KVGE_API double DistanceSqr3d(const KvGePoint3d& a, const KvGePoint3d& b);
+/// The dot product in space.
 KVGE_API double DotProduct3d(const KvGePoint3d& a, const KvGePoint3d& b);
 
 /// Clips in plan: the ends and the corners as ordinary plan points run through the plane Clip2d;
@@ -154,10 +188,12 @@ KVGE_API KvGePoint3d Project2d(const KvGePoint3d& a, const KvGePoint3d& b, const
 KVGE_API KvGePoint3d Project3d(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& p);
 /// The codes of the plane Between2d, on the plan points and in space.
 KVGE_API int Between2d(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& p);
+/// The dot product in space.
 KVGE_API int Between3d(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& p);
 
 /// a x b, ordinary; Normal is the same (not normalised).
 KVGE_API KvGePoint3d CrossProduct(const KvGePoint3d& a, const KvGePoint3d& b);
+/// a x b, ordinary, not normalised.
 KVGE_API KvGePoint3d Normal(const KvGePoint3d& a, const KvGePoint3d& b);
 /// a t + b (1 - t) with the flag rules of +.
 KVGE_API KvGePoint3d Mean(const KvGePoint3d& a, const KvGePoint3d& b, double t = 0.5);
@@ -192,5 +228,7 @@ KVGE_API double CircleMatch3Points(const KvGePoint3d& a, const KvGePoint3d& b, c
 
 /// The plane direction tests on the plan angles of the two points; z plays no part.
 KVGE_API int IsSimelarlyDirected(const KvGePoint3d& a, const KvGePoint3d& b);
+/// a x b, ordinary, not normalised.
 KVGE_API int IsParallel(const KvGePoint3d& a, const KvGePoint3d& b);
+/// a x b, ordinary, not normalised.
 KVGE_API int IsNormal(const KvGePoint3d& a, const KvGePoint3d& b);
