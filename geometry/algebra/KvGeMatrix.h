@@ -93,7 +93,7 @@ class MatrixBase {
 
   /// Element (i, j); an index >= N reads 0.0 and writes to a scratch double of no matrix.
   double& Element(unsigned i, unsigned j) { return (i < N && j < N) ? At(i, j) : M::m_vDummy; }
-  /// Column j; the zero vector for an index >= N.
+  /// Element (i, j); 0.0 for an index >= N.
   double Element(unsigned i, unsigned j) const { return (i < N && j < N) ? At(i, j) : 0.0; }
   /// Element (i, j) as Element(i, j), with its handling of an index out of range.
   double& operator()(unsigned i, unsigned j) { return Element(i, j); }

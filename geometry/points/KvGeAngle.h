@@ -160,13 +160,13 @@ class KVGE_API KvGeAngle {
   /// the sign of the zero.
   KvGeAngle& ArcCot(double x);
 
-  /// (cos, sin) scaled by r; the 3D forms lie at height z.
+  /// (cos, sin): the unit direction.
   KvGePoint2d Point2d() const;
-  /// Sets the arc sine of x, in -pi/2 .. pi/2 (NaN for x outside -1 .. 1).
+  /// (r cos, r sin).
   KvGePoint2d Point2d(double r) const;
-  /// Sets the arc sine of x, in -pi/2 .. pi/2 (NaN for x outside -1 .. 1).
+  /// (cos, sin, 0).
   KvGePoint3d Point3d() const;
-  /// Sets the arc sine of x, in -pi/2 .. pi/2 (NaN for x outside -1 .. 1).
+  /// (r cos, r sin, z).
   KvGePoint3d Point3d(double r, double z) const;
 
   /// Brings the angle into the range between lower and upper by whole spans (upper - lower),
@@ -200,19 +200,19 @@ static_assert(sizeof(KvGeAngle) == sizeof(void*) + sizeof(double), "KvGeAngle la
 
 /// Exported constant angles, built once.
 KVGE_API const KvGeAngle& KvGeAngle_Deg0();
-/// A normalized copy.
+/// 30 degrees, built once.
 KVGE_API const KvGeAngle& KvGeAngle_Deg30();
-/// A normalized copy.
+/// 45 degrees, built once.
 KVGE_API const KvGeAngle& KvGeAngle_Deg45();
-/// A normalized copy.
+/// 60 degrees, built once.
 KVGE_API const KvGeAngle& KvGeAngle_Deg60();
-/// A normalized copy.
+/// 90 degrees, built once.
 KVGE_API const KvGeAngle& KvGeAngle_Deg90();
-/// A normalized copy.
+/// 180 degrees, built once.
 KVGE_API const KvGeAngle& KvGeAngle_Deg180();
-/// A normalized copy.
+/// 270 degrees, built once.
 KVGE_API const KvGeAngle& KvGeAngle_Deg270();
-/// A normalized copy.
+/// 360 degrees, built once.
 KVGE_API const KvGeAngle& KvGeAngle_Deg360();
 
 /// min and max of the raw values: b > a gives (a, b), otherwise (b, a); no band.

@@ -87,7 +87,7 @@ class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
   /// In place by x then y (or y then x), coordinates tying when iqrkor says they are equal; not
   /// stable.
   void sortByXY();
-  /// A transformed copy.
+  /// In place by y then x, likewise.
   void sortByYX();
 
   /// Stores (version 1, one string of "%4x" fields in tenths) or loads (versions 1 and 2; a failed load leaves the array unchanged) by the direction of the archive.

@@ -149,11 +149,11 @@ static_assert(sizeof(KvGePoint23d) == sizeof(KvGePoint3d) + sizeof(double), "KvG
 
 /// Exported constant points, built once: (0, 0, 0), (1, 0, 0), (0, 1, 0), (0, 0, 1).
 KVGE_API const KvGePoint3d& KvGePoint3d_Origin();
-/// The negation of operator==.
+/// (1, 0, 0), built once.
 KVGE_API const KvGePoint3d& KvGePoint3d_XAxis();
-/// The negation of operator==.
+/// (0, 1, 0), built once.
 KVGE_API const KvGePoint3d& KvGePoint3d_YAxis();
-/// The negation of operator==.
+/// (0, 0, 1), built once.
 KVGE_API const KvGePoint3d& KvGePoint3d_ZAxis();
 
 /// Plan direction from a to b.
@@ -162,7 +162,7 @@ KVGE_API KvGeAngle Angle2d(const KvGePoint3d& a, const KvGePoint3d& b);
 KVGE_API double Distance2d(const KvGePoint3d& a, const KvGePoint3d& b);
 /// The squared plan distance.
 KVGE_API double DistanceSqr2d(const KvGePoint3d& a, const KvGePoint3d& b);
-/// The plan dot product x a.x + y a.y.
+/// The plan dot product a.x b.x + a.y b.y.
 KVGE_API double DotProduct2d(const KvGePoint3d& a, const KvGePoint3d& b);
 /// The distance in space.
 KVGE_API double Distance3d(const KvGePoint3d& a, const KvGePoint3d& b);
@@ -188,12 +188,12 @@ KVGE_API KvGePoint3d Project2d(const KvGePoint3d& a, const KvGePoint3d& b, const
 KVGE_API KvGePoint3d Project3d(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& p);
 /// The codes of the plane Between2d, on the plan points and in space.
 KVGE_API int Between2d(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& p);
-/// The dot product in space.
+/// The codes of the plane Between2d, in space.
 KVGE_API int Between3d(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& p);
 
 /// a x b, ordinary; Normal is the same (not normalised).
 KVGE_API KvGePoint3d CrossProduct(const KvGePoint3d& a, const KvGePoint3d& b);
-/// a x b, ordinary, not normalised.
+/// The same as CrossProduct: a x b, ordinary, not normalised.
 KVGE_API KvGePoint3d Normal(const KvGePoint3d& a, const KvGePoint3d& b);
 /// a t + b (1 - t) with the flag rules of +.
 KVGE_API KvGePoint3d Mean(const KvGePoint3d& a, const KvGePoint3d& b, double t = 0.5);
@@ -228,7 +228,7 @@ KVGE_API double CircleMatch3Points(const KvGePoint3d& a, const KvGePoint3d& b, c
 
 /// The plane direction tests on the plan angles of the two points; z plays no part.
 KVGE_API int IsSimelarlyDirected(const KvGePoint3d& a, const KvGePoint3d& b);
-/// a x b, ordinary, not normalised.
+/// The plane IsParallel on the plan angles of a and b; z plays no part.
 KVGE_API int IsParallel(const KvGePoint3d& a, const KvGePoint3d& b);
-/// a x b, ordinary, not normalised.
+/// The plane IsNormal on the plan angles of a and b; z plays no part.
 KVGE_API int IsNormal(const KvGePoint3d& a, const KvGePoint3d& b);

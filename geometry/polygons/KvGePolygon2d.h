@@ -184,7 +184,7 @@ class KVGE_API KvGePolygon2dArray : public KvBtDynArray<KvGePolygon2d> {
 
   /// The further value of the set, carried by every copy and assignment.
   std::int32_t& Tag() { return m_Tag; }
-  /// Copies the rings and the further value.
+  /// The further value of the set.
   std::int32_t Tag() const { return m_Tag; }
 
   /// The sum of the rings' signed areas, as they run: a hole counts negatively only when it runs
