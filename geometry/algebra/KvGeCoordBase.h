@@ -27,48 +27,66 @@ struct CoordData;
 
 template <>
 struct CoordData<2> {
+  /// The components.
   double x, y;
+  /// The components in order.
   constexpr CoordData(double a, double b) : x(a), y(b) {}
+  /// The components by index.
   static constexpr double CoordData::*kAt[2] = {&CoordData::x, &CoordData::y};
 };
 
 template <>
 struct CoordData<3> {
+  /// The components.
   double x, y, z;
+  /// The components in order.
   constexpr CoordData(double a, double b, double c) : x(a), y(b), z(c) {}
+  /// The components by index.
   static constexpr double CoordData::*kAt[3] = {&CoordData::x, &CoordData::y, &CoordData::z};
 };
 
 template <>
 struct CoordData<4> {
+  /// The components.
   double x, y, z, w;
+  /// The components in order.
   constexpr CoordData(double a, double b, double c, double d) : x(a), y(b), z(c), w(d) {}
+  /// The components by index.
   static constexpr double CoordData::*kAt[4] = {&CoordData::x, &CoordData::y, &CoordData::z, &CoordData::w};
 };
 
 /// What a const access reads for a component index out of range.
 enum class BadIndexRead { kZero, kDummy };
 
+/// The members that vectors and points share (N components, D the named class, R the const read through a bad index): component access that absorbs a bad index, scaling, dot product, norms and normalisation (a length within 0.001 of 0 has no direction).
 template <unsigned N, class D, BadIndexRead R>
 class CoordBase : public CoordData<N> {
   using Data = CoordData<N>;
 
  public:
+  /// The components in order.
   using Data::Data;
 
+  /// The number of components, N.
   unsigned Dim() const { return N; }
 
   /// Component i; an index >= N refers to D::m_vDummy, and its const read follows R.
   double& operator[](unsigned i) { return i < N ? this->*Data::kAt[i] : D::m_vDummy; }
+  /// The number of components, N.
   double operator[](unsigned i) const {
     if (i < N) return this->*Data::kAt[i];
     return R == BadIndexRead::kDummy ? D::m_vDummy : 0.0;
   }
+  /// Component i, as operator[].
   double& Element(unsigned i) { return (*this)[i]; }
+  /// Component i, as operator[].
   double Element(unsigned i) const { return (*this)[i]; }
+  /// Component i, as operator[].
   double& operator()(unsigned i) { return (*this)[i]; }
+  /// Component i, as operator[].
   double operator()(unsigned i) const { return (*this)[i]; }
 
+  /// Multiplies every component by s.
   D& operator*=(double s) {
     for (unsigned i = 0; i < N; ++i) (*this)[i] *= s;
     return Self();
@@ -78,12 +96,16 @@ class CoordBase : public CoordData<N> {
     if (s != 0.0) *this *= 1.0 / s;
     return Self();
   }
+  /// Negates every component.
   D& Negate() {
     for (unsigned i = 0; i < N; ++i) (*this)[i] = -(*this)[i];
     return Self();
   }
+  /// Every component times s.
   D operator*(double s) const { return D(Self()) *= s; }
+  /// Every component divided by s; s exactly 0 gives an unchanged copy.
   D operator/(double s) const { return D(Self()) /= s; }
+  /// Every component negated.
   D operator-() const { return D(Self()).Negate(); }
 
   /// Dot product.
@@ -92,6 +114,7 @@ class CoordBase : public CoordData<N> {
     for (unsigned i = 0; i < N; ++i) r += (*this)[i] * o[i];
     return r;
   }
+  /// The squared distance to o.
   double DistanceSqr(const D& o) const {
     double r = 0.0;
     for (unsigned i = 0; i < N; ++i) {
@@ -101,14 +124,19 @@ class CoordBase : public CoordData<N> {
     return r;
   }
 
+  /// The squared length.
   double LengthSqr() const { return *this * Self(); }
+  /// The length.
   double Length() const { return std::sqrt(LengthSqr()); }
+  /// The length (Euclidean norm).
   double Norm2() const { return Length(); }
+  /// The sum of the absolute components.
   double Norm1() const {
     double r = 0.0;
     for (unsigned i = 0; i < N; ++i) r += std::fabs((*this)[i]);
     return r;
   }
+  /// The largest absolute component.
   double NormInfinity() const {
     double r = 0.0;
     for (unsigned i = 0; i < N; ++i) {
@@ -117,7 +145,9 @@ class CoordBase : public CoordData<N> {
     }
     return r;
   }
+  /// 1 when the squared length is at most tol * tol (inclusive).
   int IsZeroLength(double tol = kKvGeLinearTol) const { return LengthSqr() <= tol * tol ? 1 : 0; }
+  /// 1 when the length differs from 1 by no more than tol (inclusive).
   int IsUnitLength(double tol = kKvGeLinearTol) const { return IsEqual(Length(), 1.0, tol); }
 
   /// Scales to length 1 and returns 1; a length within 0.001 of 0 leaves it as it is, returns 0.
@@ -127,6 +157,7 @@ class CoordBase : public CoordData<N> {
     *this *= 1.0 / len;
     return 1;
   }
+  /// A normalized copy (unchanged when the length is within 0.001 of 0).
   D Normalized() const {
     D r(Self());
     r.Normalize();
@@ -134,12 +165,15 @@ class CoordBase : public CoordData<N> {
   }
 
  protected:
+  /// Every component s.
   void SetAll(double s) {
     for (unsigned i = 0; i < N; ++i) (*this)[i] = s;
   }
+  /// Adds o component by component.
   void AddCoords(const D& o) {
     for (unsigned i = 0; i < N; ++i) (*this)[i] += o[i];
   }
+  /// Subtracts o component by component.
   void SubCoords(const D& o) {
     for (unsigned i = 0; i < N; ++i) (*this)[i] -= o[i];
   }
@@ -148,12 +182,15 @@ class CoordBase : public CoordData<N> {
     for (unsigned i = 0; i < N; ++i)
       if (o[i] <= (*this)[i]) (*this)[i] = o[i];
   }
+  /// Component-wise maximum; a tie takes the argument's component.
   void MaxCoords(const D& o) {
     for (unsigned i = 0; i < N; ++i)
       if (o[i] >= (*this)[i]) (*this)[i] = o[i];
   }
 
+  /// This as the named class.
   D& Self() { return static_cast<D&>(*this); }
+  /// This as the named class.
   const D& Self() const { return static_cast<const D&>(*this); }
 };
 

@@ -44,6 +44,7 @@ struct MatrixOf<4> {
   using type = KvGeMatrix4X4;
 };
 
+/// The members every vector has (N components, V the vector class): arithmetic, the products with the square matrix of its size, and equality within 0.001 (squared distance at most 1e-6).
 template <unsigned N, class V>
 class VectorBase : public CoordBase<N, V, BadIndexRead::kZero> {
   using Base = CoordBase<N, V, BadIndexRead::kZero>;
@@ -54,15 +55,18 @@ class VectorBase : public CoordBase<N, V, BadIndexRead::kZero> {
   using Base::operator*;
   using Base::operator-;
 
+  /// Every component s.
   V& Set(double s) {
     this->SetAll(s);
     return this->Self();
   }
 
+  /// Adds o component by component.
   V& operator+=(const V& o) {
     this->AddCoords(o);
     return this->Self();
   }
+  /// Subtracts o component by component.
   V& operator-=(const V& o) {
     this->SubCoords(o);
     return this->Self();
@@ -72,21 +76,28 @@ class VectorBase : public CoordBase<N, V, BadIndexRead::kZero> {
     this->MinCoords(o);
     return this->Self();
   }
+  /// Component-wise maximum; a tie takes the argument's component.
   V& operator|=(const V& o) {
     this->MaxCoords(o);
     return this->Self();
   }
+  /// The sum.
   V operator+(const V& o) const { return V(this->Self()) += o; }
+  /// The difference.
   V operator-(const V& o) const { return V(this->Self()) -= o; }
+  /// The component-wise minimum.
   V operator&(const V& o) const { return V(this->Self()) &= o; }
+  /// The component-wise maximum.
   V operator|(const V& o) const { return V(this->Self()) |= o; }
 
   /// Row vector times matrix: r(j) = sum over i of v(i) * M(i, j). Needs KvGeMatrix.h.
   V operator*(const Matrix& m) const { return Times(m); }
+  /// this = this x m.
   V& operator*=(const Matrix& m) { return this->Self() = Times(m); }
   using Base::operator*=;
   /// The solution x of x x M = v; a singular M leaves the vector unchanged. Needs KvGeMatrix.h.
   V operator/(const Matrix& m) const { return Over(m); }
+  /// this = the solution x of x x m = this; a singular m leaves the vector unchanged.
   V& operator/=(const Matrix& m) { return this->Self() = Over(m); }
   using Base::operator/;
   using Base::operator/=;
@@ -95,23 +106,32 @@ class VectorBase : public CoordBase<N, V, BadIndexRead::kZero> {
   int IsEqualTo(const V& o, double eps = kKvGeLinearTol) const { return this->DistanceSqr(o) <= eps * eps ? 1 : 0; }
   /// 1 when the squared distance is <= 1e-6.
   int operator==(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 1 : 0; }
+  /// 1 when the squared distance exceeds 1e-6.
   int operator!=(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 0 : 1; }
 
  protected:
+  /// This row vector times m.
   template <class M>
   V Times(const M& m) const;
+  /// The solution x of x x m = this; this unchanged when m is singular.
   template <class M>
   V Over(const M& m) const;
 };
 
 }  // namespace KvGeDetail
 
+/// A vector of two doubles (x, y), a row vector for the 2x2 matrices.
 class KVGE_API KvGeVector2 : public KvGeDetail::VectorBase<2, KvGeVector2> {
  public:
+  /// (0, 0).
   KvGeVector2() : VectorBase(0.0, 0.0) {}
+  /// (s, s).
   explicit KvGeVector2(double s) : VectorBase(s, s) {}
+  /// (x, y).
   KvGeVector2(double x_, double y_) : VectorBase(x_, y_) {}
+  /// Copies the components.
   KvGeVector2(const KvGeVector2&) = default;
+  /// Copies the components.
   KvGeVector2& operator=(const KvGeVector2&) = default;
   virtual ~KvGeVector2();
 
@@ -119,6 +139,7 @@ class KVGE_API KvGeVector2 : public KvGeDetail::VectorBase<2, KvGeVector2> {
   static double m_vDummy;
 
   using VectorBase::Set;
+  /// (x, y).
   KvGeVector2& Set(double x_, double y_) {
     x = x_;
     y = y_;
@@ -126,12 +147,18 @@ class KVGE_API KvGeVector2 : public KvGeDetail::VectorBase<2, KvGeVector2> {
   }
 };
 
+/// A vector of three doubles (x, y, z), a row vector for the 3x3 matrices.
 class KVGE_API KvGeVector3 : public KvGeDetail::VectorBase<3, KvGeVector3> {
  public:
+  /// (0, 0, 0).
   KvGeVector3() : VectorBase(0.0, 0.0, 0.0) {}
+  /// (s, s, s).
   explicit KvGeVector3(double s) : VectorBase(s, s, s) {}
+  /// (x, y, z).
   KvGeVector3(double x_, double y_, double z_) : VectorBase(x_, y_, z_) {}
+  /// Copies the components.
   KvGeVector3(const KvGeVector3&) = default;
+  /// Copies the components.
   KvGeVector3& operator=(const KvGeVector3&) = default;
   virtual ~KvGeVector3();
 
@@ -139,6 +166,7 @@ class KVGE_API KvGeVector3 : public KvGeDetail::VectorBase<3, KvGeVector3> {
   static double m_vDummy;
 
   using VectorBase::Set;
+  /// (x, y, z).
   KvGeVector3& Set(double x_, double y_, double z_) {
     x = x_;
     y = y_;
@@ -152,12 +180,18 @@ class KVGE_API KvGeVector3 : public KvGeDetail::VectorBase<3, KvGeVector3> {
   KvGeVector3& SetSubVector2(const KvGeVector2& v, unsigned k);
 };
 
+/// A vector of four doubles (x, y, z, w), a row vector for the 4x4 matrices and the homogeneous form of a space point.
 class KVGE_API KvGeVector4 : public KvGeDetail::VectorBase<4, KvGeVector4> {
  public:
+  /// (0, 0, 0, 0).
   KvGeVector4() : VectorBase(0.0, 0.0, 0.0, 0.0) {}
+  /// (s, s, s, s).
   explicit KvGeVector4(double s) : VectorBase(s, s, s, s) {}
+  /// (x, y, z, w).
   KvGeVector4(double x_, double y_, double z_, double w_) : VectorBase(x_, y_, z_, w_) {}
+  /// Copies the components.
   KvGeVector4(const KvGeVector4&) = default;
+  /// Copies the components.
   KvGeVector4& operator=(const KvGeVector4&) = default;
   virtual ~KvGeVector4();
 
@@ -165,6 +199,7 @@ class KVGE_API KvGeVector4 : public KvGeDetail::VectorBase<4, KvGeVector4> {
   static double m_vDummy;
 
   using VectorBase::Set;
+  /// (x, y, z, w).
   KvGeVector4& Set(double x_, double y_, double z_, double w_) {
     x = x_;
     y = y_;
