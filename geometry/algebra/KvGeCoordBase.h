@@ -58,7 +58,9 @@ struct CoordData<4> {
 /// What a const access reads for a component index out of range.
 enum class BadIndexRead { kZero, kDummy };
 
-/// The members that vectors and points share (N components, D the named class, R the const read through a bad index): component access that absorbs a bad index, scaling, dot product, norms and normalisation (a length within 0.001 of 0 has no direction).
+/// The members that vectors and points share (N components, D the named class, R the const read
+/// through a bad index). The components are the public fields x, y (z, w as the size has them).
+/// Component access absorbs a bad index; a length within 0.001 of 0 has no direction.
 template <unsigned N, class D, BadIndexRead R>
 class CoordBase : public CoordData<N> {
   using Data = CoordData<N>;
