@@ -28,17 +28,20 @@
 
 namespace KvGeDetail {
 
+/// The rules that plane and space points share (N coordinates, P the named point class): the flag m_bInfinite of a point at infinity, arithmetic with the flag rules, equality within 0.001 (inclusive, on the distance) between points of the same kind, and the region code against a box.
 template <unsigned N, class P>
 class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   using Base = CoordBase<N, P, BadIndexRead::kDummy>;
 
  public:
+  /// A point of the given flag and coordinates.
   template <class... C>
   constexpr PointBase(int infinite, C... coords) : Base(coords...), m_bInfinite(infinite) {}
 
   /// 1 when both are ordinary or both are at infinity.
   int IsSameKind(const P& o) const { return (m_bInfinite != 0) == (o.m_bInfinite != 0) ? 1 : 0; }
 
+  /// The coordinate sums for the same kind; an infinite point absorbs an ordinary one (the result keeps the infinite operand).
   P& operator+=(const P& o) {
     if (IsSameKind(o))
       this->AddCoords(o);
@@ -46,6 +49,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
       this->Self() = o;
     return this->Self();
   }
+  /// The coordinate differences for the same kind; an infinite left side stays, an infinite right side gives -o.
   P& operator-=(const P& o) {
     if (IsSameKind(o)) {
       this->SubCoords(o);
@@ -55,6 +59,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
     }
     return this->Self();
   }
+  /// The coordinate minima for the same kind; otherwise the ordinary operand.
   P& operator&=(const P& o) {
     if (IsSameKind(o))
       this->MinCoords(o);
@@ -62,6 +67,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
       this->Self() = o;
     return this->Self();
   }
+  /// The coordinate maxima for the same kind; otherwise the infinite operand.
   P& operator|=(const P& o) {
     if (IsSameKind(o))
       this->MaxCoords(o);
@@ -69,18 +75,26 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
       this->Self() = o;
     return this->Self();
   }
+  /// The sum, as operator+=.
   P operator+(const P& o) const { return P(this->Self()) += o; }
+  /// The difference, as operator-=.
   P operator-(const P& o) const { return P(this->Self()) -= o; }
+  /// The minimum, as operator&=.
   P operator&(const P& o) const { return P(this->Self()) &= o; }
+  /// The maximum, as operator|=.
   P operator|(const P& o) const { return P(this->Self()) |= o; }
   using Base::operator-;
 
+  /// 1 when the distance is at most tol (squared distance <= tol * tol, inclusive) and the kinds agree.
   int IsEqualTo(const P& o, double tol = kKvGeLinearTol) const {
     return (this->DistanceSqr(o) <= tol * tol && IsSameKind(o)) ? 1 : 0;
   }
+  /// 1 when the distance is at most 0.001 (squared distance <= 1e-6, inclusive) and the kinds agree.
   int operator==(const P& o) const { return (this->DistanceSqr(o) <= kKvGeLinearTolSqr && IsSameKind(o)) ? 1 : 0; }
+  /// The negation of operator==.
   int operator!=(const P& o) const { return (*this == o) ? 0 : 1; }
 
+  /// Bit 1 << 2k when coordinate k is below min by more than tol, bit 2 << 2k when above max by more than tol: a point within tol outside counts as inside.
   int OutCode(const P& min, const P& max, double tol = kKvGeLinearTol) const {
     int code = 0;
     for (unsigned k = 0; k < N; ++k) {
@@ -90,6 +104,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
     return code;
   }
 
+  /// Non-zero for a point at infinity (a direction with weight 0).
   int m_bInfinite;
 
  protected:

@@ -29,10 +29,12 @@ class KVGE_API Simple2dPolygonData {
   /// Allocates 2 n doubles, not initialised. When the block cannot be had, geo is null and n 0.
   explicit Simple2dPolygonData(unsigned int count = 0);
   Simple2dPolygonData(const Simple2dPolygonData&) = delete;
+  /// Takes the block of other, which is left empty.
   Simple2dPolygonData(Simple2dPolygonData&& other) noexcept : geo(other.geo), n(other.n) {
     other.geo = nullptr;
     other.n = 0;
   }
+  /// Shallow on purpose: copies the pointer and the count only, so both objects then share one block.
   Simple2dPolygonData& operator=(const Simple2dPolygonData& other) {
     geo = other.geo;
     n = other.n;
@@ -51,36 +53,52 @@ class KVGE_API Simple2dPolygonData {
   }
   ~Simple2dPolygonData();
 
+  /// The block, null when there is none.
   double* getGeo() { return geo; }
+  /// The block, null when there is none.
   const double* getGeo() const { return geo; }
   /// Sets every vertex to (x, y).
   void set(double x, double y);
 
+  /// The coordinates, 2 n doubles (x0, y0, x1, y1, ...); null when there is no block.
   double* geo = nullptr;
+  /// The number of vertices.
   unsigned int n = 0;
 };
 
+/// A handle on a plane polygon whose coordinates lie in a shared, reference-counted block of doubles; copies share the block, detach and copy make it private. The accessors do not check their index.
 class KVGE_API Simple2dPolygon {
  public:
   Simple2dPolygon() = default;
+  /// A handle on data (shared).
   explicit Simple2dPolygon(const boost::shared_ptr<Simple2dPolygonData>& data) : m_Data(data) {}
+  /// Shares the block of the other handle.
   Simple2dPolygon(const Simple2dPolygon&) = default;
+  /// Shares the block of the other handle.
   Simple2dPolygon& operator=(const Simple2dPolygon&) = default;
   virtual ~Simple2dPolygon();
 
+  /// Makes the handle share data.
   void setGeo(const boost::shared_ptr<Simple2dPolygonData>& data) { m_Data = data; }
 
   /// The i-th double of the block: 2k is x of vertex k, 2k + 1 its y.
   double& operator[](unsigned int i) { return m_Data->geo[i]; }
+  /// The i-th double of the block, unchecked.
   double operator[](unsigned int i) const { return m_Data->geo[i]; }
+  /// x of vertex i, unchecked.
   double& x(unsigned int i) { return m_Data->geo[2 * static_cast<std::size_t>(i)]; }
+  /// x of vertex i, unchecked.
   double x(unsigned int i) const { return m_Data->geo[2 * static_cast<std::size_t>(i)]; }
+  /// y of vertex i, unchecked.
   double& y(unsigned int i) { return m_Data->geo[2 * static_cast<std::size_t>(i) + 1]; }
+  /// y of vertex i, unchecked.
   double y(unsigned int i) const { return m_Data->geo[2 * static_cast<std::size_t>(i) + 1]; }
 
   /// The block, null without data.
   double* getGeo() { return m_Data ? m_Data->geo : nullptr; }
+  /// The block, null without data.
   const double* getGeo() const { return getConstGeo(); }
+  /// The block, null without data.
   const double* getConstGeo() const { return m_Data ? m_Data->geo : nullptr; }
   /// The number of vertices, 0 without data.
   unsigned int getSize() const { return m_Data ? m_Data->n : 0u; }
