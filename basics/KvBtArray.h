@@ -25,7 +25,8 @@
 
 #include "basics/companion/KvBtCompare.h"
 
-/// A growable array of TYPE, passed in as ARG_TYPE; elements are relocated bitwise. Out-of-range indices fall back on the last element; an empty array reads a default element.
+/// A growable array of TYPE, passed in as ARG_TYPE; elements are relocated bitwise. Out-of-range indices fall back on
+/// the last element; an empty array reads a default element.
 template <class TYPE, class ARG_TYPE>
 class KvBtArray {
  public:
@@ -59,7 +60,8 @@ class KvBtArray {
   /// 1 when there are no elements.
   int IsEmpty() const { return m_nSize == 0 ? 1 : 0; }
 
-  /// Resizes to newSize elements (a negative size counts as 0; 0 releases the storage); new elements are default values. growBy, unless -1, sets the growth step (0: one eighth of the size, 4 to 1024).
+  /// Resizes to newSize elements (a negative size counts as 0; 0 releases the storage); new elements are default
+  /// values. growBy, unless -1, sets the growth step (0: one eighth of the size, 4 to 1024).
   void SetSize(int newSize, int growBy = -1);
   /// Shrinks the storage to the size.
   void FreeExtra();
@@ -100,11 +102,13 @@ class KvBtArray {
     SetAtGrow(i, value);
     return i;
   }
-  /// Appends the elements of other and returns the index of the first of them; appending the array to itself does nothing.
+  /// Appends the elements of other and returns the index of the first of them; appending the array to itself does
+  /// nothing.
   int Append(const KvBtArray& other);
   /// Makes the array a copy of other.
   void Copy(const KvBtArray& other);
-  /// Inserts count copies of value before index i; an index past the end pads with default elements. A negative i or count does nothing.
+  /// Inserts count copies of value before index i; an index past the end pads with default elements. A negative i or
+  /// count does nothing.
   void InsertAt(int i, ARG_TYPE value, int count = 1);
   /// Inserts the elements of other before index i; a null or empty other does nothing.
   void InsertAt(int i, const KvBtArray* other);
@@ -276,7 +280,8 @@ void KvBtArray<TYPE, ARG_TYPE>::RemoveAt(int i, int count) {
   m_nSize -= count;
 }
 
-/// A growable array of TYPE with element-wise equality, cyclic access (index modulo the size, -1 is the last element), deep copying and cyclic reordering.
+/// A growable array of TYPE with element-wise equality, cyclic access (index modulo the size, -1 is the last element),
+/// deep copying and cyclic reordering.
 template <class TYPE>
 class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
   using Base = KvBtArray<TYPE, TYPE>;

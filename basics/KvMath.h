@@ -8,9 +8,12 @@
 
 #include "basics/UtilityGeometryExport.h"
 
+/// |x|.
 KVGE_API double AbsR(double x);
+/// The square root; a negative x gives NaN.
 KVGE_API double Sqrt(double x);
 
+/// i as a double.
 KVGE_API double KVMATH_Float(int i);
 /// b when b <= a, otherwise a.
 KVGE_API double KVMATH_Min(double a, double b);
@@ -24,7 +27,9 @@ KVGE_API int KVMATH_Trunc(double x);
 KVGE_API double KVMATH_ATan3(double y, double x);
 /// Bits 0 .. 15 address the word; a larger bit number leaves the word alone (test: 0).
 KVGE_API std::uint16_t KVMATH_BitClear(std::uint16_t value, unsigned int bit);
+/// value with the bit set; a bit number beyond 15 leaves the word alone.
 KVGE_API std::uint16_t KVMATH_BitSet(std::uint16_t value, unsigned int bit);
+/// 1 when the bit is set; 0 for a bit number beyond 15.
 KVGE_API int KVMATH_BitTest(std::uint16_t value, unsigned int bit);
 
 /// Rounds x to the nearest multiple of step, halves away from zero. The branch is chosen by the

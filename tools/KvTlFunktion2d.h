@@ -17,7 +17,8 @@
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtCompare.h"
 
-/// One straight piece of a profile, from (x0, y0) to (x1, y1). Equal when all four values agree within 0.001 (inclusive).
+/// One straight piece of a profile, from (x0, y0) to (x1, y1). Equal when all four values agree within 0.001
+/// (inclusive).
 class KVGE_API KvTlLinear2d {
  public:
   KvTlLinear2d() = default;
@@ -97,7 +98,8 @@ class KVGE_API KvTlLinear2d {
 
 static_assert(sizeof(KvTlLinear2d) == sizeof(void*) + 4 * sizeof(double), "KvTlLinear2d layout");
 
-/// A piecewise linear function y(x) over -1e9 .. +1e9, pieces in ascending x and meeting, possibly jumping at a break. Positions and values closer than 0.001 (inclusive) count as equal.
+/// A piecewise linear function y(x) over -1e9 .. +1e9, pieces in ascending x and meeting, possibly jumping at a break.
+/// Positions and values closer than 0.001 (inclusive) count as equal.
 class KVGE_API KvTlFunktion2d {
  public:
   /// The array of pieces.

@@ -21,7 +21,9 @@
 
 class KvBtString;
 
-/// A binary archive on a standard stream, storing or loading (fixed for its lifetime), little-endian. A failed read or write puts it into a failure state in which every further operation does nothing; the target of a failed load is unchanged.
+/// A binary archive on a standard stream, storing or loading (fixed for its lifetime), little-endian. A failed read or
+/// write puts it into a failure state in which every further operation does nothing; the target of a failed load is
+/// unchanged.
 class KVBT_API KvBtArchive {
  public:
   /// An archive that stores to out.

@@ -11,6 +11,7 @@
 
 /// 1 when |a - b| <= eps.
 inline int IsEqual(double a, double b, double eps = 0.001) { return (a - b <= eps && b - a <= eps) ? 1 : 0; }
+/// 1 when |a - b| > eps: the exact negation of IsEqual.
 inline int IsNotEqual(double a, double b, double eps = 0.001) { return IsEqual(a, b, eps) ? 0 : 1; }
 /// 1 when a < b - eps: a is smaller than b by more than eps.
 inline int IsLess(double a, double b, double eps = 0.001) { return (b - a > eps) ? 1 : 0; }
@@ -38,6 +39,7 @@ KVBT_API int IsEqualRelative(double a, double b, double absEps, double relEps);
 /// geometry library calls runden(v, 0.1, 0.001). A step of 0 returns the value unchanged.
 KVBT_API double runden(double value, double step, double eps);
 
+/// x * x.
 inline double quadrat(double x) { return x * x; }
 
 /// -1, 0 or 1 by the exact sign of x; NaN gives 0.

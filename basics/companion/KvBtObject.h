@@ -7,11 +7,15 @@
 
 class KvBtArchive;
 
+/// Root of the serialisable classes: a virtual destructor and a Serialize that stores or loads through an archive.
 class KVBT_API KvBtObject {
  public:
   KvBtObject() = default;
+  /// Nothing to copy.
   KvBtObject(const KvBtObject&) = default;
+  /// Nothing to copy.
   KvBtObject& operator=(const KvBtObject&) = default;
   virtual ~KvBtObject();
+  /// Stores or loads the object by the direction of ar; the root has nothing to store.
   virtual void Serialize(KvBtArchive& ar);
 };

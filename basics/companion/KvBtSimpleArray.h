@@ -10,7 +10,8 @@
 
 #include "basics/companion/UtilityBasicsClassExport.h"
 
-/// A plain growable array of T on std::vector; an index out of range falls back on the last element, an empty array reads a default value.
+/// A plain growable array of T on std::vector; an index out of range falls back on the last element, an empty array
+/// reads a default value.
 template <class T>
 class KvBtSimpleArray {
  public:

@@ -10,7 +10,8 @@
 
 #include "basics/companion/UtilityBasicsClassExport.h"
 
-/// A byte string: any bytes, embedded zeros included; c_str() is always zero-terminated. Positions and counts out of range are clamped. Comparison is bytewise and exact.
+/// A byte string: any bytes, embedded zeros included; c_str() is always zero-terminated. Positions and counts out of
+/// range are clamped. Comparison is bytewise and exact.
 class KVBT_API KvBtString {
  public:
   KvBtString() = default;

@@ -16,14 +16,20 @@
 
 #include "basics/companion/UtilityBasicsClassExport.h"
 
+/// A permutation of indices 0 .. n - 1 that orders a separate array without moving its items; Sort is an unstable
+/// quicksort guarded by a heap sort, never quadratic.
 class KVBT_API KvTlPermVector {
  public:
   KvTlPermVector() = default;
+  /// The identity of n entries.
   explicit KvTlPermVector(int n) { SetSize(n); }
+  /// Copies the entries.
   KvTlPermVector(const KvTlPermVector&) = default;
+  /// Copies the entries.
   KvTlPermVector& operator=(const KvTlPermVector&) = default;
   virtual ~KvTlPermVector();
 
+  /// The number of entries.
   int GetSize() const { return static_cast<int>(m_Perm.size()); }
   /// Resizes; the capacity is kept when shrinking, so a reused permutation does not reallocate.
   /// Entries added by growing hold their own position.
@@ -32,12 +38,17 @@ class KVBT_API KvTlPermVector {
   void SetIdentity();
   /// Entry i; an index out of range gives the last entry, and -1 on an empty permutation.
   int GetAt(int i) const;
+  /// Entry i, as GetAt.
   int operator[](int i) const { return GetAt(i); }
   /// Writes entry i; an index out of range is ignored.
   void SetAt(int i, int value);
+  /// Exchanges entries i and j; an index out of range does nothing.
   void Swap(int i, int j);
+  /// The entries.
   const int* GetData() const { return m_Perm.data(); }
 
+  /// Orders the entries in place by cmp(a, b) (negative, 0 or positive as item a sorts before, with or after item b);
+  /// not stable.
   template <class Compare>
   void Sort(const Compare& cmp);
 

@@ -2,6 +2,7 @@
 /// @file
 /// Plain routines of the companion general library.
 
+/// Marks what the companion general library exports.
 #define KVGEN_API __attribute__((visibility("default")))
 
 /// 1 when the two coordinates are equal within 0.001 drawing units (a difference of exactly

@@ -32,7 +32,8 @@ class KvGeMatrix4X4;
 
 namespace KvGeDetail {
 
-/// The members every square matrix has (N rows and columns, M the matrix class, V its row vector), stored row by row; equality and singularity use the absolute tolerance 0.001.
+/// The members every square matrix has (N rows and columns, M the matrix class, V its row vector), stored row by row;
+/// equality and singularity use the absolute tolerance 0.001.
 template <unsigned N, class M, class V>
 class MatrixBase {
  public:
@@ -486,7 +487,8 @@ class KVGE_API KvGeMatrix4X4 : public KvGeDetail::MatrixBase<4, KvGeMatrix4X4, K
 
   /// Element (i, j) without a range check: i and j below 4 are the caller's promise.
   double GetMember(unsigned i, unsigned j) const { return At(i, j); }
-  /// Without row i and column j; an index >= 4 drops nothing on that side (the last row or column of the 3x3 result is then cut off).
+  /// Without row i and column j; an index >= 4 drops nothing on that side (the last row or column of the 3x3 result is
+  /// then cut off).
   KvGeMatrix3X3 SubMatrix3X3(unsigned i, unsigned j) const { return SubMatrix<KvGeMatrix3X3>(i, j); }
   /// Writes m into the elements outside row i and column j; nothing when i or j >= 4.
   KvGeMatrix4X4& SetSubMatrix3X3(const KvGeMatrix3X3& m, unsigned i, unsigned j) { return SetSubMatrix(m, i, j); }

@@ -24,7 +24,8 @@
 #include "geometry/points/KvGePoint2d.h"
 #include "geometry/points/KvGePoint3d.h"
 
-/// An affine transform of space points as a 4x4 matrix (row vectors, translation in the last row); the identity by default. Cat... appends a transform (this first, then the new one).
+/// An affine transform of space points as a 4x4 matrix (row vectors, translation in the last row); the identity by
+/// default. Cat... appends a transform (this first, then the new one).
 class KVGE_API KvGeModMat3d : public KvGeMatrix4X4 {
  public:
   /// The identity.
@@ -86,7 +87,8 @@ class KVGE_API KvGeModMat3d : public KvGeMatrix4X4 {
   }
 };
 
-/// An affine transform of plane points as a 3x3 matrix (row vectors, translation in the last row); the identity by default. Cat... appends a transform (this first, then the new one).
+/// An affine transform of plane points as a 3x3 matrix (row vectors, translation in the last row); the identity by
+/// default. Cat... appends a transform (this first, then the new one).
 class KVGE_API KvGeModMat2d : public KvGeMatrix3X3 {
  public:
   /// The identity.
@@ -181,7 +183,8 @@ KVGE_API KvGeModMat3d ZAchsenDrehmatrix(const KvGePoint3d& n);
 KVGE_API int GetRotationMatrix(const KvGePoint3d& p0, const KvGePoint3d& p1, const KvGePoint3d& p2,
                                const KvGePoint3d& p3, const KvGePoint3d& p4, KvGeMatrix4X4& m);
 
-/// Pointers to modelling matrices owned elsewhere; the destructor ends the life of the pointees without releasing their storage (a run of equal neighbours once, null pointers skipped).
+/// Pointers to modelling matrices owned elsewhere; the destructor ends the life of the pointees without releasing their
+/// storage (a run of equal neighbours once, null pointers skipped).
 class KVGE_API KvGeModMat3dpArray : public KvBtArray<KvGeModMat3d*, KvGeModMat3d*> {
  public:
   KvGeModMat3dpArray() = default;

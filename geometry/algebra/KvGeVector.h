@@ -44,7 +44,8 @@ struct MatrixOf<4> {
   using type = KvGeMatrix4X4;
 };
 
-/// The members every vector has (N components, V the vector class): arithmetic, the products with the square matrix of its size, and equality within 0.001 (squared distance at most 1e-6).
+/// The members every vector has (N components, V the vector class): arithmetic, the products with the square matrix of
+/// its size, and equality within 0.001 (squared distance at most 1e-6).
 template <unsigned N, class V>
 class VectorBase : public CoordBase<N, V, BadIndexRead::kZero> {
   using Base = CoordBase<N, V, BadIndexRead::kZero>;

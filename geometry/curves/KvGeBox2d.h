@@ -30,7 +30,8 @@ class KvGeModMat3d;
 
 namespace KvGeDetail {
 
-/// The members every axis-aligned box has (N axes, B the box class, P its corner point). Tests use 0.001: IsEmpty(strict) and IsInside(p, closed) say which side of the band counts.
+/// The members every axis-aligned box has (N axes, B the box class, P its corner point). Tests use 0.001:
+/// IsEmpty(strict) and IsInside(p, closed) say which side of the band counts.
 template <unsigned N, class B, class P>
 class BoxBase {
  public:
@@ -96,11 +97,13 @@ class BoxBase {
   /// Max.y - Min.y.
   double YExtent() const { return m_Max.y - m_Min.y; }
 
-  /// 1 when empty on some axis: strict non-zero asks Min > Max + 0.001 (a box collapsed to a line or a point is not empty); strict 0 asks Min >= Max - 0.001 (it is).
+  /// 1 when empty on some axis: strict non-zero asks Min > Max + 0.001 (a box collapsed to a line or a point is not
+  /// empty); strict 0 asks Min >= Max - 0.001 (it is).
   int IsEmpty(int strict) const { return IsEmptyOn(N, strict); }
   /// 1 when the intersection with o is empty in the sense of IsEmpty(strict).
   int IsDisjoint(const B& o, int strict) const { return (Self() & o).IsEmpty(strict); }
-  /// 1 when p lies inside: closed non-zero accepts a point up to 0.001 outside the border (inclusive), closed 0 demands more than 0.001 inside.
+  /// 1 when p lies inside: closed non-zero accepts a point up to 0.001 outside the border (inclusive), closed 0 demands
+  /// more than 0.001 inside.
   int IsInside(const P& p, int closed) const { return IsInsideOn(N, p, closed, kKvGeLinearTol); }
   /// 1 when both corners of o lie inside in the sense of IsInside(p, closed).
   int IsInside(const B& o, int closed) const { return IsInside(o.m_Min, closed) && IsInside(o.m_Max, closed); }
@@ -152,7 +155,8 @@ class BoxBase {
         return 1;
     return 0;
   }
-  /// The point test on the first `axes` coordinates with tolerance tol: closed accepts up to tol outside, open demands more than tol inside.
+  /// The point test on the first `axes` coordinates with tolerance tol: closed accepts up to tol outside, open demands
+  /// more than tol inside.
   int IsInsideOn(unsigned axes, const P& p, int closed, double tol) const {
     for (unsigned k = 0; k < axes; ++k) {
       const int in = closed ? (IsLessOrEqual(m_Min[k], p[k], tol) && IsLessOrEqual(p[k], m_Max[k], tol))
@@ -189,7 +193,9 @@ class BoxBase {
 
 }  // namespace KvGeDetail
 
-/// An axis-aligned box in the plane, corners KvGePoint2d. Empty below 0.001 of extent (strict 0) or only when inverted by more than 0.001 (strict); a point is inside up to 0.001 beyond the border (closed) or only more than 0.001 within (open).
+/// An axis-aligned box in the plane, corners KvGePoint2d. Empty below 0.001 of extent (strict 0) or only when inverted
+/// by more than 0.001 (strict); a point is inside up to 0.001 beyond the border (closed) or only more than 0.001 within
+/// (open).
 class KVGE_API KvGeBox2d : public KvGeDetail::BoxBase<2, KvGeBox2d, KvGePoint2d> {
  public:
   KvGeBox2d() = default;

@@ -25,7 +25,8 @@
 
 class KvGeModMat3d;
 
-/// A plan circle: centre KvGePoint3d and radius, in the horizontal plane at the centre's height, measured in plan by x and y; no sense.
+/// A plan circle: centre KvGePoint3d and radius, in the horizontal plane at the centre's height, measured in plan by x
+/// and y; no sense.
 class KVGE_API KvGeCircle23d : public KvGeDetail::CircleBase<KvGePoint3d> {
  public:
   KvGeCircle23d() = default;
@@ -51,13 +52,15 @@ class KVGE_API KvGeCircle23d : public KvGeDetail::CircleBase<KvGePoint3d> {
   KvGeBox3d BoundingBox() const;
   /// The box of the ellipse in space that m makes of the circle (six extreme points).
   KvGeBox3d BoundingBox(const KvGeModMat3d& m) const;
-  /// Moves the centre by m and treats the radius by its plan part: exact for plan similarities, the circle of equal area otherwise.
+  /// Moves the centre by m and treats the radius by its plan part: exact for plan similarities, the circle of equal
+  /// area otherwise.
   KvGeCircle23d& Transform(const KvGeModMat3d& m);
   /// A transformed copy.
   KvGeCircle23d Transformed(const KvGeModMat3d& m) const { return KvGeCircle23d(*this).Transform(m); }
 };
 
-/// A plan arc: centre KvGePoint3d, radius, begin and end angle, at the centre's height; direction, sense and bulge as for KvGeArc2d (angle band 1e-6).
+/// A plan arc: centre KvGePoint3d, radius, begin and end angle, at the centre's height; direction, sense and bulge as
+/// for KvGeArc2d (angle band 1e-6).
 class KVGE_API KvGeArc23d : public KvGeDetail::ArcBase<KvGePoint3d, KvGeArc23d> {
  public:
   KvGeArc23d() = default;

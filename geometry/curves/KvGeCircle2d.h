@@ -116,7 +116,8 @@ class ArcBase : public CircleBase<P> {
 
 }  // namespace KvGeDetail
 
-/// A circle in the plane: centre, radius and a sense (+1 counter-clockwise, -1 clockwise). Equal when the centres are equal within 0.001 (same kind), the radii within 0.001 (inclusive) and the senses equal.
+/// A circle in the plane: centre, radius and a sense (+1 counter-clockwise, -1 clockwise). Equal when the centres are
+/// equal within 0.001 (same kind), the radii within 0.001 (inclusive) and the senses equal.
 class KVGE_API KvGeCircle2d : public KvGeDetail::CircleBase<KvGePoint2d> {
  public:
   KvGeCircle2d() = default;
@@ -178,7 +179,8 @@ class KVGE_API KvGeCircle2d : public KvGeDetail::CircleBase<KvGePoint2d> {
   /// the sign of the bulge. 0 when the bulge is within 0.001 of 0.
   int By2PointsBulge(const KvGePoint2d& p1, const KvGePoint2d& p2, double bulge);
 
-  /// Transforms the circle: exact for the similarities; otherwise the radius of the circle of equal area. A mirror reverses the sense.
+  /// Transforms the circle: exact for the similarities; otherwise the radius of the circle of equal area. A mirror
+  /// reverses the sense.
   KvGeCircle2d& Transform(const KvGeModMat2d& m);
   /// A transformed copy.
   KvGeCircle2d Transformed(const KvGeModMat2d& m) const { return KvGeCircle2d(*this).Transform(m); }
@@ -187,7 +189,8 @@ class KVGE_API KvGeCircle2d : public KvGeDetail::CircleBase<KvGePoint2d> {
   int m_Sense = 1;
 };
 
-/// An arc in the plane: centre, radius, begin and end angle; its direction is the sign of End - Beg (angle band 1e-6). Equal when centres and radii agree within 0.001 and both angles within 1e-6.
+/// An arc in the plane: centre, radius, begin and end angle; its direction is the sign of End - Beg (angle band 1e-6).
+/// Equal when centres and radii agree within 0.001 and both angles within 1e-6.
 class KVGE_API KvGeArc2d : public KvGeDetail::ArcBase<KvGePoint2d, KvGeArc2d> {
  public:
   KvGeArc2d() = default;
@@ -240,15 +243,18 @@ class KVGE_API KvGeArc2d : public KvGeDetail::ArcBase<KvGePoint2d, KvGeArc2d> {
   /// normalised into the turn in the circle's sense. By2PointsRadius runs counter-clockwise
   /// exactly when sense is 1.
   int By3Points(const KvGePoint2d& p1, const KvGePoint2d& p2, const KvGePoint2d& p3);
-  /// The arc through p1 and p2 of the given radius, centre on side `side`, counter-clockwise exactly when sense is 1; 0 (unchanged) under the circle's failure conditions.
+  /// The arc through p1 and p2 of the given radius, centre on side `side`, counter-clockwise exactly when sense is 1; 0
+  /// (unchanged) under the circle's failure conditions.
   int By2PointsRadius(const KvGePoint2d& p1, const KvGePoint2d& p2, double radius, int side, int sense);
-  /// The arc from p1 to p2 with the bulge tan(sweep / 4), counter-clockwise for a positive bulge; 0 (unchanged) when the bulge is within 0.001 of 0.
+  /// The arc from p1 to p2 with the bulge tan(sweep / 4), counter-clockwise for a positive bulge; 0 (unchanged) when
+  /// the bulge is within 0.001 of 0.
   int By2PointsBulge(const KvGePoint2d& p1, const KvGePoint2d& p2, double bulge);
   /// Centre as passed, Beg towards p1, End towards p2, counter-clockwise when sense is 1. 0 when
   /// the centre equals p1 or p2 (point rule). The radius is deliberately left as it was.
   int By2PointsCenter(const KvGePoint2d& p1, const KvGePoint2d& p2, const KvGePoint2d& center, int sense);
 
-  /// Transforms centre and end points: exact for the similarities; the ends stay on the rays through the transformed end points otherwise. A mirror reverses the direction.
+  /// Transforms centre and end points: exact for the similarities; the ends stay on the rays through the transformed
+  /// end points otherwise. A mirror reverses the direction.
   KvGeArc2d& Transform(const KvGeModMat2d& m);
   /// A transformed copy.
   KvGeArc2d Transformed(const KvGeModMat2d& m) const { return KvGeArc2d(*this).Transform(m); }

@@ -74,7 +74,8 @@ class LineBase {
 
 }  // namespace KvGeDetail
 
-/// A straight piece between two plane points, with the Segment attribute and an orientation Sense (+1 or -1). Equal when both end points are equal within 0.001 (inclusive, same kind) and Sense is equal.
+/// A straight piece between two plane points, with the Segment attribute and an orientation Sense (+1 or -1). Equal
+/// when both end points are equal within 0.001 (inclusive, same kind) and Sense is equal.
 class KVGE_API KvGeLine2d : public KvGeDetail::LineBase<KvGePoint2d, KvGeBox2d> {
  public:
   KvGeLine2d() = default;
@@ -113,7 +114,8 @@ class KVGE_API KvGeLine2d : public KvGeDetail::LineBase<KvGePoint2d, KvGeBox2d> 
   }
   /// An inverted copy.
   KvGeLine2d Inverted() const { return KvGeLine2d(*this).Invert(); }
-  /// Inverts when Sense differs from sense, so that Sense becomes sense (or the line is unchanged when it already has it).
+  /// Inverts when Sense differs from sense, so that Sense becomes sense (or the line is unchanged when it already has
+  /// it).
   KvGeLine2d& Orientate(int sense) { return m_Sense == sense ? *this : Invert(); }
   /// An orientated copy.
   KvGeLine2d Orientated(int sense) const { return KvGeLine2d(*this).Orientate(sense); }
@@ -131,7 +133,8 @@ class KVGE_API KvGeLine2d : public KvGeDetail::LineBase<KvGePoint2d, KvGeBox2d> 
   int m_Sense = 1;
 };
 
-/// A straight piece between two space points with the Segment attribute; no Sense. Equal when the end points are equal as points (within 0.001) and Segment is equal.
+/// A straight piece between two space points with the Segment attribute; no Sense. Equal when the end points are equal
+/// as points (within 0.001) and Segment is equal.
 class KVGE_API KvGeLine3d : public KvGeDetail::LineBase<KvGePoint3d, KvGeBox3d> {
  public:
   KvGeLine3d() = default;
@@ -189,7 +192,8 @@ class KVGE_API KvGeLine3d : public KvGeDetail::LineBase<KvGePoint3d, KvGeBox3d> 
   KvGeLine3d& move(double d);
 };
 
-/// A straight piece in space with plan handling: Segment, an orientation Sense and a height added to the box. Has no equality.
+/// A straight piece in space with plan handling: Segment, an orientation Sense and a height added to the box. Has no
+/// equality.
 class KVGE_API KvGeLine23d : public KvGeDetail::LineBase<KvGePoint3d, KvGeBox3d> {
  public:
   KvGeLine23d() = default;

@@ -48,14 +48,18 @@ KVGE_API unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2dArr
 /// The union of the bits of the line's parts (1 to 7); 0 for a bounded line no longer than
 /// 0.001, which has no part of positive length. An unbounded line always has outside parts.
 KVGE_API unsigned short Containment(const KvGeLine2d& l, const KvGePolygon2d& poly);
+/// The line against the set as one region; bits as for the polygon, without a separate boundary band.
 KVGE_API unsigned short Containment(const KvGeLine2d& l, const KvGePolygon2dArray& set);
 /// The union over the polyline's edges; 0 for fewer than two vertices.
 KVGE_API unsigned short Containment(const KvGePolyline2d& l, const KvGePolygon2d& poly);
+/// The polyline against the set as one region, edge by edge; 0 for fewer than two vertices.
 KVGE_API unsigned short Containment(const KvGePolyline2d& l, const KvGePolygon2dArray& set);
 /// The union over the tested polygon's edges, the last closing back to its first vertex; 0 for
 /// a polygon without vertices.
 KVGE_API unsigned short Containment(const KvGePolygon2d& tested, const KvGePolygon2d& poly);
 /// Always 1 (outside), whatever the arguments: deliberate.
 KVGE_API unsigned short Containment(const KvGePolygon2dArray& tested, const KvGePolygon2d& poly);
+/// Always 1 (outside), whatever the arguments: deliberate.
 KVGE_API unsigned short Containment(const KvGePolygon2d& tested, const KvGePolygon2dArray& set);
+/// Always 1 (outside), whatever the arguments: deliberate.
 KVGE_API unsigned short Containment(const KvGePolygon2dArray& tested, const KvGePolygon2dArray& set);

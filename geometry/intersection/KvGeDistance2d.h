@@ -79,21 +79,26 @@ KVGE_API double DistanceSqrPrjPointToLineseg2d(const KvGePoint2d& a, const KvGeP
 /// From a bounded line (Segment non-zero) as from a segment, from an unbounded one as from the
 /// infinite line.
 KVGE_API double DistanceSqr2d(const KvGeLine2d& l, const KvGePoint2d& p);
+/// The same with the arguments in the other order.
 KVGE_API double DistanceSqr2d(const KvGePoint2d& p, const KvGeLine2d& l);
 /// The same in plan.
 KVGE_API double DistanceSqr2d(const KvGeLine23d& l, const KvGePoint3d& p);
+/// The same with the arguments in the other order.
 KVGE_API double DistanceSqr2d(const KvGePoint3d& p, const KvGeLine23d& l);
 /// From the circle line in plan: the square of |p - centre| - radius.
 KVGE_API double DistanceSqr2d(const KvGeCircle23d& c, const KvGePoint3d& p);
+/// The same with the arguments in the other order.
 KVGE_API double DistanceSqr2d(const KvGePoint3d& p, const KvGeCircle23d& c);
 /// From the arc in plan. The arc is taken as the angles from the smaller to the larger of Beg
 /// and End, whatever its direction; a direction within that range (in the angle band of 1e-6
 /// radians, inclusive) is measured to the circle line, any other to the nearer of the two end
 /// points.
 KVGE_API double DistanceSqr2d(const KvGeArc23d& a, const KvGePoint3d& p);
+/// The same with the arguments in the other order.
 KVGE_API double DistanceSqr2d(const KvGePoint3d& p, const KvGeArc23d& a);
 /// From the nearest edge of the closed sequence; 1e18 (the square of 1e9) for an empty one.
 KVGE_API double DistanceSqr2d(const KvGePoint2dArray& a, const KvGePoint2d& p);
+/// The same with the arguments in the other order.
 KVGE_API double DistanceSqr2d(const KvGePoint2d& p, const KvGePoint2dArray& a);
 
 /// The index of the edge of the closed sequence nearest to p (edge i runs from point i to point

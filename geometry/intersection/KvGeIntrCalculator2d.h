@@ -67,7 +67,9 @@ class KVGE_API KvGeIntrPoint3dCO {
 
 namespace KvGeDetail {
 
-/// The members every intersection calculator has: the records (an array of R, beginning with the two sentinels), their orders along object 0 and 1 and the parts between consecutive records. A part with end parameters within 0.001 has type 0; otherwise the running crossing count s gives +1 (s <= -2), 0 (s = -1) or -1 (s >= 0).
+/// The members every intersection calculator has: the records (an array of R, beginning with the two sentinels), their
+/// orders along object 0 and 1 and the parts between consecutive records. A part with end parameters within 0.001 has
+/// type 0; otherwise the running crossing count s gives +1 (s <= -2), 0 (s = -1) or -1 (s >= 0).
 template <class Records, class R, class Part, class CO>
 class IntrCalculatorBase : public Records {
  public:

@@ -158,9 +158,11 @@ KVGE_API int IntrLineLine2d(const KvGePoint3d& p1, const KvGePoint3d& p2, const 
 /// and parameters on both lines, segment indices 0. r is cleared first; 0 when the lines are
 /// degenerate or parallel or the crossing lies outside a bounded line (r stays cleared).
 KVGE_API int Intersection2d(const KvGeLine2d& a, const KvGeLine2d& b, KvGeIntrPoint2d& r);
+/// In plan: the crossing of a and b as a space record with z = 0; 0 under the plane form's conditions.
 KVGE_API int Intersection2d(const KvGeLine23d& a, const KvGeLine23d& b, KvGeIntrPoint3d& r);
 /// The same, added to out (emptied first when append is 0); 1 when a record was added.
 KVGE_API int Intersection2d(const KvGeLine2d& a, const KvGeLine2d& b, KvGeIntrPoint2dArray& out, int append);
+/// In plan: the same, added to out (emptied first when append is 0); 1 when a record was added.
 KVGE_API int Intersection2d(const KvGeLine23d& a, const KvGeLine23d& b, KvBtDynArray<KvGeIntrPoint3d>& out, int append);
 
 /// The crossings of l (object 0) with the circle k, in the line's direction: none when the
@@ -178,6 +180,7 @@ KVGE_API int Intersection2d(const KvGeLine2d& l, const KvGeCircle2d& k, KvGeIntr
 /// code +1 on the one, -1 on the other); a repeated closing vertex gives a zero-length edge
 /// that crosses nothing. out is emptied first when append is 0; returns the number added.
 KVGE_API int Intersection2d(const KvGeLine2d& l, const KvGePoint2dArray& a, KvGeIntrPoint2dArray& out, int append);
+/// The same with the closed sequence as object 0 and l as object 1.
 KVGE_API int Intersection2d(const KvGePoint2dArray& a, const KvGeLine2d& l, KvGeIntrPoint2dArray& out, int append);
 
 /// The segment a-b shifted sideways by distance (positive to the left of a -> b); 1, or 0 when

@@ -30,12 +30,14 @@
 
 namespace KvGeDetail {
 
-/// The members every intersection record has (P is the point type, R the record class): the meeting point, the crossing sense, and per object the end code, the parameter and the segment index.
+/// The members every intersection record has (P is the point type, R the record class): the meeting point, the crossing
+/// sense, and per object the end code, the parameter and the segment index.
 template <class P, class R>
 class IntrPointBase : public P {
  public:
   IntrPointBase() = default;
-  /// A record at point with the given sense, end codes (-1 start, 0 inside, +1 end), parameters, segment indices and producer number.
+  /// A record at point with the given sense, end codes (-1 start, 0 inside, +1 end), parameters, segment indices and
+  /// producer number.
   IntrPointBase(const P& point, int crossSense, int endCode0, int endCode1, double param0, double param1,
                 std::uint32_t segment0, std::uint32_t segment1, std::uint32_t info)
       : P(point),
@@ -154,7 +156,9 @@ R MaxOf1(const R& a, const R& b) {
   return a.Compare1(b) <= 0 ? b : a;
 }
 
-/// The members every intersection part has: the records at its ends along an object and its type (+1 inside, 0 on the boundary, -1 outside). The 0 and 1 forms order along object 0 or object 1, with the records' tolerance of 0.001 on the parameter.
+/// The members every intersection part has: the records at its ends along an object and its type (+1 inside, 0 on the
+/// boundary, -1 outside). The 0 and 1 forms order along object 0 or object 1, with the records' tolerance of 0.001 on
+/// the parameter.
 template <class R, class Part>
 class IntrPartBase {
  public:
@@ -182,13 +186,17 @@ class IntrPartBase {
   /// The record at the end of the part.
   const R& Max() const { return m_Max; }
 
-  /// Widens the part along object 0 (Include0) or 1 (Include1) so that it covers the record or the other part; ends that compare equal within 0.001 are kept.
+  /// Widens the part along object 0 (Include0) or 1 (Include1) so that it covers the record or the other part; ends
+  /// that compare equal within 0.001 are kept.
   void Include0(const R& p) { Include(p, p, &R::Compare0); }
-  /// Widens the part along object 0 (Include0) or 1 (Include1) so that it covers the record or the other part; ends that compare equal within 0.001 are kept.
+  /// Widens the part along object 0 (Include0) or 1 (Include1) so that it covers the record or the other part; ends
+  /// that compare equal within 0.001 are kept.
   void Include0(const Part& q) { Include(q.m_Min, q.m_Max, &R::Compare0); }
-  /// Widens the part along object 0 (Include0) or 1 (Include1) so that it covers the record or the other part; ends that compare equal within 0.001 are kept.
+  /// Widens the part along object 0 (Include0) or 1 (Include1) so that it covers the record or the other part; ends
+  /// that compare equal within 0.001 are kept.
   void Include1(const R& p) { Include(p, p, &R::Compare1); }
-  /// Widens the part along object 0 (Include0) or 1 (Include1) so that it covers the record or the other part; ends that compare equal within 0.001 are kept.
+  /// Widens the part along object 0 (Include0) or 1 (Include1) so that it covers the record or the other part; ends
+  /// that compare equal within 0.001 are kept.
   void Include1(const Part& q) { Include(q.m_Min, q.m_Max, &R::Compare1); }
   /// Narrows the part to its overlap with q along object 0 (Intersect0) or 1 (Intersect1); the result may be empty.
   void Intersect0(const Part& q) {
@@ -216,13 +224,17 @@ class IntrPartBase {
     c.Intersect1(q);
     return c.IsEmpty1(closed);
   }
-  /// 1 when the record (or both ends of the part) lies between the ends: ends within 0.001 count when closed and do not when open.
+  /// 1 when the record (or both ends of the part) lies between the ends: ends within 0.001 count when closed and do not
+  /// when open.
   int IsInside0(const R& p, int closed) const { return IsInside(p, closed, &R::Compare0); }
-  /// 1 when the record (or both ends of the part) lies between the ends: ends within 0.001 count when closed and do not when open.
+  /// 1 when the record (or both ends of the part) lies between the ends: ends within 0.001 count when closed and do not
+  /// when open.
   int IsInside0(const Part& q, int closed) const { return IsInside0(q.m_Min, closed) && IsInside0(q.m_Max, closed); }
-  /// 1 when the record (or both ends of the part) lies between the ends: ends within 0.001 count when closed and do not when open.
+  /// 1 when the record (or both ends of the part) lies between the ends: ends within 0.001 count when closed and do not
+  /// when open.
   int IsInside1(const R& p, int closed) const { return IsInside(p, closed, &R::Compare1); }
-  /// 1 when the record (or both ends of the part) lies between the ends: ends within 0.001 count when closed and do not when open.
+  /// 1 when the record (or both ends of the part) lies between the ends: ends within 0.001 count when closed and do not
+  /// when open.
   int IsInside1(const Part& q, int closed) const { return IsInside1(q.m_Min, closed) && IsInside1(q.m_Max, closed); }
 
   /// Always 0, as for the records.

@@ -47,11 +47,13 @@ KvGeIntrPart2d SegmentPart(const KvGeLine2d& l);
 /// (mode non-zero), into out (emptied first); returns their number.
 KVGE_API int Intersection2d(const KvGeLine2d& l, const KvGePoint2dArray& region, KvBtDynArray<KvGeLine2d>& out,
                             int mode);
+/// The same with the arguments in the other order.
 KVGE_API int Intersection2d(const KvGePoint2dArray& region, const KvGeLine2d& l, KvBtDynArray<KvGeLine2d>& out,
                             int mode);
 /// The same with all rings of the set as one region (clockwise rings inside are holes).
 KVGE_API int Intersection2d(const KvGeLine2d& l, const KvGePolygon2dArray& region, KvBtDynArray<KvGeLine2d>& out,
                             int mode);
+/// The same with the arguments in the other order.
 KVGE_API int Intersection2d(const KvGePolygon2dArray& region, const KvGeLine2d& l, KvBtDynArray<KvGeLine2d>& out,
                             int mode);
 /// The segment p1-p2 against the set; the set is taken by value.
@@ -60,8 +62,11 @@ KVGE_API int Intersection2d(KvGePoint2d p1, KvGePoint2d p2, KvGePolygon2dArray r
 /// The pieces of the polyline's edges, chained into polylines (see above); returns the number
 /// of polylines in out (emptied first).
 KVGE_API int Intersection2d(const KvGePolyline2d& l, const KvGePolygon2d& region, KvGePolyline2dArray& out, int mode);
+/// The same with the arguments in the other order.
 KVGE_API int Intersection2d(const KvGePolygon2d& region, const KvGePolyline2d& l, KvGePolyline2dArray& out, int mode);
+/// The pieces of the polyline's edges in the set as one region, chained into polylines.
 KVGE_API int Intersection2d(const KvGePolyline2d& l, const KvGePolygon2dArray& region, KvGePolyline2dArray& out,
                             int mode);
+/// The same with the arguments in the other order.
 KVGE_API int Intersection2d(const KvGePolygon2dArray& region, const KvGePolyline2d& l, KvGePolyline2dArray& out,
                             int mode);

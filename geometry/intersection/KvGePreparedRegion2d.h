@@ -64,16 +64,23 @@ class KVGE_API KvGePreparedRegion2d {
  public:
   /// An empty polygon: every point is outside (1).
   KvGePreparedRegion2d();
+  /// Prepares a copy of the polygon (with its 0.001 boundary band).
   explicit KvGePreparedRegion2d(const KvGePolygon2d& poly);
+  /// Prepares a copy of the set as one region (no separate boundary band).
   explicit KvGePreparedRegion2d(const KvGePolygon2dArray& set);
+  /// Copies the prepared region.
   KvGePreparedRegion2d(const KvGePreparedRegion2d&) = default;
+  /// Takes over the prepared region of the other object.
   KvGePreparedRegion2d(KvGePreparedRegion2d&&) = default;
+  /// Copies the prepared region.
   KvGePreparedRegion2d& operator=(const KvGePreparedRegion2d&) = default;
+  /// Takes over the prepared region of the other object.
   KvGePreparedRegion2d& operator=(KvGePreparedRegion2d&&) = default;
   virtual ~KvGePreparedRegion2d();
 
   /// Rebuilds from a polygon or a set.
   void Set(const KvGePolygon2d& poly);
+  /// Rebuilds from a set.
   void Set(const KvGePolygon2dArray& set);
 
   /// 1 outside, 2 on the boundary, 4 inside: as Containment(p, polygon) or Containment(p, set).

@@ -20,7 +20,8 @@
 class KvGePoint2d;
 class KvGePoint3d;
 
-/// An angle in radians, counter-clockwise positive, never normalised implicitly. Comparisons use the absolute band 1e-6 on the raw values (a difference equal to the band counts as equal).
+/// An angle in radians, counter-clockwise positive, never normalised implicitly. Comparisons use the absolute band 1e-6
+/// on the raw values (a difference equal to the band counts as equal).
 class KVGE_API KvGeAngle {
  public:
   KvGeAngle() = default;

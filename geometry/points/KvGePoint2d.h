@@ -18,7 +18,8 @@
 class KvGePoint3d;
 class KvGeModMat2d;
 
-/// A plane point (x, y) with the flag m_bInfinite of a point at infinity. Two points are equal when their distance is at most 0.001 (squared distance <= 1e-6, inclusive) and they are of the same kind.
+/// A plane point (x, y) with the flag m_bInfinite of a point at infinity. Two points are equal when their distance is
+/// at most 0.001 (squared distance <= 1e-6, inclusive) and they are of the same kind.
 class KVGE_API KvGePoint2d : public KvGeDetail::PointBase<2, KvGePoint2d> {
  public:
   /// The origin, ordinary.

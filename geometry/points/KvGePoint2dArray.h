@@ -31,7 +31,8 @@ class KvGeBox3d;
 class KvGeModMat2d;
 class KvGeModMat3d;
 
-/// A sequence of plane points, read as a closed ring by the area, orientation and centroid members (positive area counter-clockwise); it has the library's persisted format (Serialize).
+/// A sequence of plane points, read as a closed ring by the area, orientation and centroid members (positive area
+/// counter-clockwise); it has the library's persisted format (Serialize).
 class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
  public:
   KvGePoint2dArray() = default;
@@ -90,7 +91,8 @@ class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
   /// In place by y then x, likewise.
   void sortByYX();
 
-  /// Stores (version 1, one string of "%4x" fields in tenths) or loads (versions 1 and 2; a failed load leaves the array unchanged) by the direction of the archive.
+  /// Stores (version 1, one string of "%4x" fields in tenths) or loads (versions 1 and 2; a failed load leaves the
+  /// array unchanged) by the direction of the archive.
   virtual void Serialize(KvBtArchive& ar);
 };
 
@@ -125,7 +127,8 @@ class KVGE_API KvGePoint3dArray : public KvBtDynArray<KvGePoint3d> {
   KvGePoint3dArray& Normalize2d();
   /// A normalized copy.
   KvGePoint3dArray Normalized2d() const;
-  /// The point with the smallest x, x within 0.001 counting as equal and broken by the smaller y; -1 for an empty array.
+  /// The point with the smallest x, x within 0.001 counting as equal and broken by the smaller y; -1 for an empty
+  /// array.
   int IndexMinXY() const;
   /// The same with y first.
   int IndexMinYX() const;

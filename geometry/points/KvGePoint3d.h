@@ -18,7 +18,8 @@
 
 class KvGeModMat3d;
 
-/// A space point (x, y, z) with the flag of a point at infinity; also the coordinate type of every plan object. Two points are equal when their distance is at most 0.001 (inclusive) and they are of the same kind.
+/// A space point (x, y, z) with the flag of a point at infinity; also the coordinate type of every plan object. Two
+/// points are equal when their distance is at most 0.001 (inclusive) and they are of the same kind.
 class KVGE_API KvGePoint3d : public KvGeDetail::PointBase<3, KvGePoint3d> {
  public:
   /// The origin, ordinary.
@@ -98,7 +99,8 @@ class KVGE_API KvGePoint3d : public KvGeDetail::PointBase<3, KvGePoint3d> {
 // A virtual destructor, x, y, z and the flag (padded to the alignment of a double).
 static_assert(sizeof(KvGePoint3d) == sizeof(void*) + 3 * sizeof(double) + alignof(double), "KvGePoint3d layout");
 
-/// A space point standing for the vertical range z .. z + height. Equal when the points are equal (within 0.001, same kind) and the heights within 0.001.
+/// A space point standing for the vertical range z .. z + height. Equal when the points are equal (within 0.001, same
+/// kind) and the heights within 0.001.
 class KVGE_API KvGePoint23d : public KvGePoint3d {
  public:
   KvGePoint23d() = default;

@@ -28,7 +28,9 @@
 
 namespace KvGeDetail {
 
-/// The rules that plane and space points share (N coordinates, P the named point class): the flag m_bInfinite of a point at infinity, arithmetic with the flag rules, equality within 0.001 (inclusive, on the distance) between points of the same kind, and the region code against a box.
+/// The rules that plane and space points share (N coordinates, P the named point class): the flag m_bInfinite of a
+/// point at infinity, arithmetic with the flag rules, equality within 0.001 (inclusive, on the distance) between points
+/// of the same kind, and the region code against a box.
 template <unsigned N, class P>
 class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   using Base = CoordBase<N, P, BadIndexRead::kDummy>;
@@ -41,7 +43,8 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   /// 1 when both are ordinary or both are at infinity.
   int IsSameKind(const P& o) const { return (m_bInfinite != 0) == (o.m_bInfinite != 0) ? 1 : 0; }
 
-  /// The coordinate sums for the same kind; an infinite point absorbs an ordinary one (the result keeps the infinite operand).
+  /// The coordinate sums for the same kind; an infinite point absorbs an ordinary one (the result keeps the infinite
+  /// operand).
   P& operator+=(const P& o) {
     if (IsSameKind(o))
       this->AddCoords(o);
@@ -94,7 +97,8 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   /// The negation of operator==.
   int operator!=(const P& o) const { return (*this == o) ? 0 : 1; }
 
-  /// Bit 1 << 2k when coordinate k is below min by more than tol, bit 2 << 2k when above max by more than tol: a point within tol outside counts as inside.
+  /// Bit 1 << 2k when coordinate k is below min by more than tol, bit 2 << 2k when above max by more than tol: a point
+  /// within tol outside counts as inside.
   int OutCode(const P& min, const P& max, double tol = kKvGeLinearTol) const {
     int code = 0;
     for (unsigned k = 0; k < N; ++k) {

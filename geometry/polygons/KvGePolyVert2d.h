@@ -12,7 +12,8 @@
 
 class KvGeModMat2d;
 
-/// A polygon vertex with a shape code and a bulge (shape 1: the following segment is an arc of that bulge). Equal when the points are equal within 0.001 (same kind), the shapes equal and the bulges exactly equal.
+/// A polygon vertex with a shape code and a bulge (shape 1: the following segment is an arc of that bulge). Equal when
+/// the points are equal within 0.001 (same kind), the shapes equal and the bulges exactly equal.
 class KVGE_API KvGePolyVert2d {
  public:
   KvGePolyVert2d() = default;

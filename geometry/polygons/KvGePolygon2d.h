@@ -57,7 +57,8 @@ class KVGE_API KvGePolygon3d : public KvGePoint3dArray {
   ~KvGePolygon3d() override;
 };
 
-/// A closed plane ring: n points give n edges, the last closing to the first; counter-clockwise encloses. Invert keeps the first vertex.
+/// A closed plane ring: n points give n edges, the last closing to the first; counter-clockwise encloses. Invert keeps
+/// the first vertex.
 class KVGE_API KvGePolygon2d : public KvGePoint2dArray {
  public:
   KvGePolygon2d() = default;
@@ -141,7 +142,8 @@ class KVGE_API KvGePolygon23d : public KvGePoint3dArray {
   }
   /// An inverted copy.
   KvGePolygon23d Inverted() const { return KvGePolygon23d(*this).Invert(); }
-  /// Inverts (first vertex kept) unless the plan sense already equals sense, as Orientate2d (a closing duplicate is kept last).
+  /// Inverts (first vertex kept) unless the plan sense already equals sense, as Orientate2d (a closing duplicate is
+  /// kept last).
   KvGePolygon23d& Orientate(int sense) {
     Orientate2d(sense);
     return *this;
@@ -172,7 +174,8 @@ class KVGE_API KvGePolygon23d : public KvGePoint3dArray {
   double m_Height = 0.0;
 };
 
-/// A polygon set: one region of several rings (counter-clockwise rings enclose, clockwise rings inside them are holes), with a further 32-bit value that every copy carries.
+/// A polygon set: one region of several rings (counter-clockwise rings enclose, clockwise rings inside them are holes),
+/// with a further 32-bit value that every copy carries.
 class KVGE_API KvGePolygon2dArray : public KvBtDynArray<KvGePolygon2d> {
  public:
   KvGePolygon2dArray() = default;

@@ -11,12 +11,17 @@
 
 class KvGeModMat2d;
 
+/// An open sequence of plane points: n points give n - 1 lines, no closing line. Invert reverses the whole sequence.
 class KVGE_API KvGePolyline2d : public KvGePoint2dArray {
  public:
   KvGePolyline2d() = default;
+  /// A deep copy of the points.
   explicit KvGePolyline2d(const KvGePoint2dArray& points) { Set(points); }
+  /// x, y and the flag of each 3D point.
   explicit KvGePolyline2d(const KvGePoint3dArray& points) { Set(points); }
+  /// A deep copy of the points.
   KvGePolyline2d(const KvGePolyline2d& other) : KvGePoint2dArray() { Set(other); }
+  /// A deep copy of the points; assigning the polyline to itself does nothing.
   KvGePolyline2d& operator=(const KvGePolyline2d& other) { return Set(other); }
   ~KvGePolyline2d() override;
 
@@ -30,25 +35,33 @@ class KVGE_API KvGePolyline2d : public KvGePoint2dArray {
 
   /// The summed length of the n - 1 lines; 0 for fewer than two points.
   double Length() const;
+  /// n - 1 for n points; 0 for fewer than two.
   unsigned NumberOfLines() const { return GetSize() > 1 ? static_cast<unsigned>(GetSize() - 1) : 0u; }
   /// The whole order reversed: the last point becomes the first.
   KvGePolyline2d& Invert() {
     NewFirstElement(-1, 1);
     return *this;
   }
+  /// An inverted copy.
   KvGePolyline2d Inverted() const { return KvGePolyline2d(*this).Invert(); }
+  /// Transforms every point by m.
   KvGePolyline2d& Transform(const KvGeModMat2d& m) {
     KvGePoint2dArray::Transform(m);
     return *this;
   }
+  /// A transformed copy.
   KvGePolyline2d Transformed(const KvGeModMat2d& m) const { return KvGePolyline2d(*this).Transform(m); }
 };
 
+/// A growable array of polylines.
 class KVGE_API KvGePolyline2dArray : public KvBtDynArray<KvGePolyline2d> {
  public:
   KvGePolyline2dArray() = default;
+  /// An array holding one copy of the polyline.
   explicit KvGePolyline2dArray(const KvGePolyline2d& polyline) { Set(polyline); }
+  /// Copies the polylines.
   KvGePolyline2dArray(const KvGePolyline2dArray&) = default;
+  /// Copies the polylines.
   KvGePolyline2dArray& operator=(const KvGePolyline2dArray&) = default;
   ~KvGePolyline2dArray() override;
 

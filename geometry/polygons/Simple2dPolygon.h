@@ -66,7 +66,8 @@ class KVGE_API Simple2dPolygonData {
   unsigned int n = 0;
 };
 
-/// A handle on a plane polygon whose coordinates lie in a shared, reference-counted block of doubles; copies share the block, detach and copy make it private. The accessors do not check their index.
+/// A handle on a plane polygon whose coordinates lie in a shared, reference-counted block of doubles; copies share the
+/// block, detach and copy make it private. The accessors do not check their index.
 class KVGE_API Simple2dPolygon {
  public:
   Simple2dPolygon() = default;
