@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# The test job: formatting check, unit tests with g++ (warnings are errors), the installed
-# package used from a separate consumer project, and the unit tests again under
+# The test job: formatting check, the API reference (Doxygen, warnings are errors), unit tests
+# with g++ (warnings are errors), the installed package used from a separate consumer project,
+# and the unit tests again under
 # AddressSanitizer and UndefinedBehaviorSanitizer with clang, and the concurrency tests under
 # ThreadSanitizer with clang. Exits non-zero on any failure.
 set -euo pipefail
@@ -11,6 +12,16 @@ jobs=2
 
 echo "== Formatting"
 git ls-files '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
+
+echo "== API reference: Doxygen over the public headers, warnings are errors"
+if command -v doxygen >/dev/null 2>&1; then
+  rm -rf build/docs
+  mkdir -p build/docs
+  doxygen docs/Doxyfile
+  echo "reference in build/docs/html/index.html"
+else
+  echo "doxygen not installed: reference not built"
+fi
 
 echo "== g++: build and unit tests"
 CXX=g++ cmake -S . -B build/gcc -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DUG_WARNINGS_AS_ERRORS=ON >/dev/null
