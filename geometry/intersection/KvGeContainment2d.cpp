@@ -105,9 +105,7 @@ class ScanLine {
     KvTlSortRange(
         rec, n,
         [](const Record& a, const Record& b) {
-          if (a.segment < b.segment) return -1;
-          if (a.segment > b.segment) return 1;
-          return KvBtRealCompare(a.param, b.param, kKvGeLinearTol);
+          return KvGeDetail::OrderOnObject(a.segment, a.param, b.segment, b.param);
         },
         [&](int lo, int hi) {
           if (!prune) return false;
@@ -218,22 +216,36 @@ template <class Sink>
 int ScanPolygon(const KvGePolygon2d& poly, double px, double py, Sink& sink) {
   const int n = poly.GetSize();
   const KvGePoint2d* v = poly.GetData();
+  if (n <= 0) return 1;
   const double top = py + kBoxBand, bottom = py - kBoxBand;
-  for (int i = 0; i < n; ++i) {
-    const KvGePoint2d& s = v[i];
-    const KvGePoint2d& e = v[i + 1 == n ? 0 : i + 1];
-    // An edge wholly above or below the band can neither be near p nor be cut by the scan line:
-    // both its ends then lie more than 0.001 off the line, on the same side. One branch, taken
-    // unpredictably on a ragged outline; an end that is not a number is never skipped.
-    if (((s.y > top) & (e.y > top)) | ((s.y < bottom) & (e.y < bottom))) continue;
+  // 2 when p lies within 0.001 of the edge s-e, 0 when sink gave up, 1 otherwise.
+  const auto edge = [&](const KvGePoint2d& s, const KvGePoint2d& e) {
     if (!(((s.x - px > kBoxBand) & (e.x - px > kBoxBand)) | ((px - s.x > kBoxBand) & (px - e.x > kBoxBand))) &&
         IsEqual(KvGeDetail::SegmentDistanceSqr(s.x, s.y, e.x, e.y, px, py), 0.0, kKvGeLinearTolSqr))
       return 2;
     double x;
     int cut;
-    if (CutEdge(s, e, py, x, cut) && !sink.Add(x, cut)) return 0;
+    return CutEdge(s, e, py, x, cut) && !sink.Add(x, cut) ? 0 : 1;
+  };
+  // An edge wholly above or below the band can neither be near p nor be cut by the scan line:
+  // both its ends then lie more than 0.001 off the line, on the same side. Each vertex is classed
+  // once and its class carried to the next edge; an end that is not a number is neither above
+  // nor below, so its edges are never skipped. One branch per edge, taken unpredictably on a
+  // ragged outline.
+  const bool firstAbove = v[0].y > top, firstBelow = v[0].y < bottom;
+  bool sAbove = firstAbove, sBelow = firstBelow;
+  for (int i = 0; i + 1 < n; ++i) {
+    const double ey = v[i + 1].y;
+    const bool eAbove = ey > top, eBelow = ey < bottom;
+    const bool skip = (sAbove & eAbove) | (sBelow & eBelow);
+    sAbove = eAbove;
+    sBelow = eBelow;
+    if (skip) continue;
+    const int r = edge(v[i], v[i + 1]);
+    if (r != 1) return r;
   }
-  return 1;
+  if ((sAbove & firstAbove) | (sBelow & firstBelow)) return 1;
+  return edge(v[n - 1], v[0]);
 }
 
 // The cuts of all edges of all rings of the set; 0 when sink gave up.

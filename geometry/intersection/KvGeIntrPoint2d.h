@@ -30,6 +30,19 @@
 
 namespace KvGeDetail {
 
+/// The order of records along one object: by segment index (unsigned), then by parameter with
+/// the tolerance 0.001. A NaN parameter sorts after every number on its segment and equal to
+/// another NaN, so that the order stays total; the tolerant comparison alone would call NaN
+/// equal to everything. Code that sorts records of its own in the calculator's place uses it too.
+inline int OrderOnObject(std::uint32_t s, double t, std::uint32_t os, double ot) {
+  if (s < os) return -1;
+  if (s > os) return 1;
+  const int c = KvBtRealCompare(t, ot, kKvGeLinearTol);
+  if (c != 0) return c;
+  const bool nan = std::isnan(t), otherNan = std::isnan(ot);
+  return nan == otherNan ? 0 : (nan ? 1 : -1);
+}
+
 /// The members every intersection record has (P is the point type, R the record class): the meeting point, the crossing
 /// sense, and per object the end code, the parameter and the segment index.
 template <class P, class R>
@@ -108,16 +121,7 @@ class IntrPointBase : public P {
   int operator!=(const R&) const { return 0; }
 
  private:
-  /// A NaN parameter sorts after every number on its segment and equal to another NaN, so that
-  /// the order stays total; the tolerant comparison alone would call NaN equal to everything.
-  static int Order(std::uint32_t s, double t, std::uint32_t os, double ot) {
-    if (s < os) return -1;
-    if (s > os) return 1;
-    const int c = KvBtRealCompare(t, ot, kKvGeLinearTol);
-    if (c != 0) return c;
-    const bool nan = std::isnan(t), otherNan = std::isnan(ot);
-    return nan == otherNan ? 0 : (nan ? 1 : -1);
-  }
+  static int Order(std::uint32_t s, double t, std::uint32_t os, double ot) { return OrderOnObject(s, t, os, ot); }
   R& Self() { return static_cast<R&>(*this); }
   static int Doubled(int v) {
     if (v > INT_MAX / 2) return INT_MAX;

@@ -50,11 +50,7 @@ struct Rec {
   int infinite;
 };
 
-int Compare0(const Rec& a, const Rec& b) {
-  if (a.segment < b.segment) return -1;
-  if (a.segment > b.segment) return 1;
-  return KvBtRealCompare(a.param, b.param, kKvGeLinearTol);
-}
+int Compare0(const Rec& a, const Rec& b) { return KvGeDetail::OrderOnObject(a.segment, a.param, b.segment, b.param); }
 
 class LineCut {
  public:
@@ -79,11 +75,11 @@ class LineCut {
   int Pieces(const KvGeLine2d& l, KvBtDynArray<KvGeLine2d>& out, int mode) {
     Rec* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
     const int n = m_Size;
-    KvTlSortRange(rec, n, Compare0, [](int, int) { return false; });
     const double dx = l.P2().x - l.P1().x, dy = l.P2().y - l.P1().y;
     const Rec segMin{0.0, 0, 0, l.P1().x, l.P1().y, l.P1().m_bInfinite};
     const Rec segMax{std::sqrt(dx * dx + dy * dy), 0, 0, l.P2().x, l.P2().y, l.P2().m_bInfinite};
     const bool bounded = l.Segment() != 0;
+    KvTlSortRange(rec, n, Compare0, [](int, int) { return false; });
     bool open = false;
     const Rec* runMin = nullptr;
     const Rec* runMax = nullptr;

@@ -122,11 +122,7 @@ struct KvGePreparedRegion2d::Scan {
     // changes no part that covers the point.
     KvTlSortRange(
         perm, n,
-        [r](int a, int b) {
-          if (r[a].segment < r[b].segment) return -1;
-          if (r[a].segment > r[b].segment) return 1;
-          return KvBtRealCompare(r[a].param, r[b].param, kKvGeLinearTol);
-        },
+        [r](int a, int b) { return KvGeDetail::OrderOnObject(r[a].segment, r[a].param, r[b].segment, r[b].param); },
         [](int, int) { return false; });
     bool outside = false, boundary = false, inside = false;
     int s = 0;

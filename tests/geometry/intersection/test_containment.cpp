@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -286,5 +287,20 @@ TEST(Containment, ManyCrossingsMatchTheStepByStepAnswer) {
       ASSERT_EQ(Containment(p, comb), SlowContainment(p, one, true)) << shape << " " << k;
       ASSERT_EQ(Containment(p, holed), SlowContainment(p, holed, false)) << shape << " " << k;
     }
+  }
+}
+
+// A vertex that is not a number puts NaN crossings on the scan line; the fast path sorts them
+// last, as the calculator's records do, and so gives the calculator's answer.
+TEST(Containment, NotANumberCrossingsSortAsTheCalculatorDoes) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const KvGePolygon2d ring = Poly({{0, 0}, {4, 0}, {nan, 2}, {4, 4}, {0, 4}, {2, 2.0005}, {1, 2}});
+  KvGePolygon2dArray set;
+  set.Add(ring);
+  for (const KvGePoint2d& p : {KvGePoint2d(1, 2), KvGePoint2d(0.5, 2), KvGePoint2d(3, 2), KvGePoint2d(5, 2),
+                               KvGePoint2d(1.0005, 2), KvGePoint2d(-1, 2), KvGePoint2d(2, 2.0005)}) {
+    SCOPED_TRACE(testing::Message() << p.x << " " << p.y);
+    EXPECT_EQ(Containment(p, ring), SlowContainment(p, set, true));
+    EXPECT_EQ(Containment(p, set), SlowContainment(p, set, false));
   }
 }
