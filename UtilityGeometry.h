@@ -23,6 +23,7 @@
 #include "geometry/points/KvGePoint2d.h"
 #include "geometry/points/KvGePoint2dArray.h"
 #include "geometry/points/KvGePoint3d.h"
+#include "geometry/points/KvGePointHelpers.h"
 
 #include "geometry/curves/KvGeBox2d.h"
 #include "geometry/curves/KvGeCircle23d.h"
@@ -42,5 +43,8 @@
 #include "geometry/intersection/KvGeIntrPoint2d.h"
 #include "geometry/intersection/KvGePieces2d.h"
 #include "geometry/intersection/KvGePreparedRegion2d.h"
+
+#include "geometry/io/KvGeSvg.h"
+#include "geometry/io/KvGeWkt.h"
 
 #include "tools/KvTlFunktion2d.h"

@@ -7,7 +7,7 @@ set -euo pipefail
 
 packages=(cmake ninja-build g++ clang libclang-rt-14-dev clang-format libboost-dev
           libgtest-dev libgmock-dev libbenchmark-dev libpolyclipping-dev pkg-config
-          doxygen)
+          libcli11-dev doxygen)
 for arg in "$@"; do
   case "$arg" in
     --bench) packages+=(libcgal-dev libgeos-dev) ;;

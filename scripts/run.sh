@@ -16,4 +16,4 @@ cmake --build build/consumer -j "$jobs"
 echo
 ./build/consumer/ug_demo
 echo
-./build/consumer/ug_typical
+./build/consumer/ug_typical "$root/typical.svg"

@@ -34,8 +34,12 @@ cmake --install build/gcc --prefix "$root/build/test-install" >/dev/null
 cmake -S examples/consumer -B build/test-consumer -G Ninja -DCMAKE_PREFIX_PATH="$root/build/test-install" >/dev/null
 cmake --build build/test-consumer -j "$jobs"
 ./build/test-consumer/ug_demo >/dev/null
-./build/test-consumer/ug_typical >/dev/null
+./build/test-consumer/ug_typical build/test-consumer/typical.svg >/dev/null
 echo "consumer built against the installed package and ran"
+# The command-line tool is installed with the package and runs from there.
+test -x build/test-install/bin/ugeo
+[ "$(build/test-install/bin/ugeo area 'POLYGON ((0 0, 4 0, 4 3, 0 3))')" = 12 ]
+echo "ugeo installed and ran"
 
 echo "== clang with AddressSanitizer and UndefinedBehaviorSanitizer"
 CXX=clang++ cmake -S . -B build/asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DUG_SANITIZE=ON \

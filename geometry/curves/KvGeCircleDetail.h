@@ -6,6 +6,7 @@
 
 #include "basics/KvGeTolerance.h"
 #include "basics/companion/KvBtCompare.h"
+#include "geometry/curves/KvGeCircle2d.h"
 #include "geometry/points/KvGeAngle.h"
 
 namespace KvGeDetail {
@@ -33,7 +34,7 @@ B ArcBox(const P& c, double r, int whole, const KvGeAngle& beg, const KvGeAngle&
     return q.Transformed(m);
   };
   const KvGeAngle sweep = end - beg;
-  const int sense = sweep.Sgn();
+  const int sense = ArcSense(beg, end);
   const int full = whole || KvGeAngle(std::fabs(sweep.Rad())) >= KvGeAngle(kKvGeTwoPi);
   if (!full) {
     box.Include(at(beg.Rad()));

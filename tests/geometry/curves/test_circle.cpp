@@ -133,17 +133,21 @@ TEST(Arc, SenseOrientationAndEquality) {
   EXPECT_EQ(cw.Sense(), -1);
 
   struct Row {
-    double end;
+    double beg, end;
     int sense;
   };
-  const Row rows[] = {{1 + 0.9e-6, 0}, {1 + 1.1e-6, 1}, {1 - 0.9e-6, 0}, {1 - 1.1e-6, -1}};
+  // End exactly 1e-6 from Beg, as the caller computes it, is still sense 0: the band is
+  // inclusive, whatever the rounding of End - Beg.
+  const Row rows[] = {{1, 1 + 0.9e-6, 0}, {1, 1 + 1.1e-6, 1}, {1, 1 - 0.9e-6, 0}, {1, 1 - 1.1e-6, -1}, {1, 1 - 1e-6, 0},
+                      {5, 5 - 1e-6, 0},   {5, 5 + 1e-6, 0},   {-3, -3 - 1e-6, 0}, {-3, -3 + 1e-6, 0}};
   for (const Row& r : rows) {
-    SCOPED_TRACE(r.end);
-    const A a(P(), 1, 1.0, r.end);
+    SCOPED_TRACE(::testing::Message() << r.beg << " -> " << r.end);
+    const A a(P(), 1, r.beg, r.end);
     EXPECT_EQ(a.Sense(), r.sense);
+    EXPECT_EQ(KvGeArc23d(Q(), 1, r.beg, r.end).Sense(), r.sense);
     // Orientate(1) swaps whenever the sense is not 1, also for sense 0.
-    EXPECT_EQ(a.Orientated(1).Beg().Rad(), r.sense == 1 ? 1.0 : r.end);
-    EXPECT_EQ(a.Orientated(-1).Beg().Rad(), r.sense == -1 ? 1.0 : r.end);
+    EXPECT_EQ(a.Orientated(1).Beg().Rad(), r.sense == 1 ? r.beg : r.end);
+    EXPECT_EQ(a.Orientated(-1).Beg().Rad(), r.sense == -1 ? r.beg : r.end);
   }
   EXPECT_NEAR(A(P(), 1, 0, -kPi).Bulge(), 1.0, 1e-12);
 

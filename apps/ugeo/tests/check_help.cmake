@@ -1,0 +1,17 @@
+# ugeo --help lists every subcommand, and each subcommand's --help succeeds and says what the
+# subcommand prints or writes.
+cmake_minimum_required(VERSION 3.16)
+set(subcommands area bbox contains pieces distance union intersection difference offset clean svg)
+execute_process(COMMAND ${UGEO} --help OUTPUT_VARIABLE out RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "ugeo --help: status ${status}")
+endif()
+foreach(sub ${subcommands})
+  if(NOT out MATCHES "\n  ${sub} ")
+    message(FATAL_ERROR "ugeo --help does not list ${sub}:\n${out}")
+  endif()
+  execute_process(COMMAND ${UGEO} ${sub} --help OUTPUT_VARIABLE text RESULT_VARIABLE status)
+  if(NOT status EQUAL 0 OR NOT text MATCHES "Usage: ugeo ${sub}" OR NOT text MATCHES "(Prints|Writes) ")
+    message(FATAL_ERROR "ugeo ${sub} --help: status ${status}\n${text}")
+  endif()
+endforeach()

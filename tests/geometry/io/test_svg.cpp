@@ -1,0 +1,81 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "geometry/io/KvGeSvg.h"
+
+namespace {
+
+KvGePolygon2dArray Region(const char* wkt) {
+  KvGePolygon2dArray region;
+  EXPECT_EQ(KvGeReadWkt(wkt, region), 1);
+  return region;
+}
+
+int Count(const std::string& text, const std::string& what) {
+  int n = 0;
+  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
+  return n;
+}
+
+TEST(Svg, ViewFittedWithMarginAndYUp) {
+  KvGeSvgWriter svg;
+  svg.AddRegion(Region("POLYGON ((0 0, 100 0, 100 60, 0 60, 0 0), (40 20, 40 40, 60 40, 60 20, 40 20))"));
+  const std::string text = svg.Write();
+  // 110 x 70 drawing units (5% margin) on 800 pixels: (0, 0) is bottom left, 5 units in.
+  EXPECT_NE(text.find("width=\"800\" height=\"509\" viewBox=\"0 0 800 509\""), std::string::npos) << text;
+  EXPECT_NE(text.find("d=\"M36.36 472.73 763.64 472.73 763.64 36.36 36.36 36.36 Z M327.27 327.27 "), std::string::npos)
+      << text;
+  EXPECT_EQ(Count(text, " Z"), 2);  // the hole is a second subpath of the same path
+  EXPECT_NE(text.find("fill-rule:evenodd"), std::string::npos);
+  EXPECT_NE(text.find("vector-effect:non-scaling-stroke"), std::string::npos);
+  EXPECT_EQ(svg.BoundingBox().Max().y, 60.0);
+}
+
+TEST(Svg, StylesPointsLabelsAndDegenerateContent) {
+  KvGeSvgWriter svg;
+  svg.AddPoint(KvGePoint2d(5, 5), KvGeSvgStyle::kBoundary);
+  svg.AddPoint(KvGePoint2d(NAN, 1.0));
+  svg.AddLine(KvGeLine2d(KvGePoint2d(5, 5), KvGePoint2d(INFINITY, 5)), KvGeSvgStyle::kOutside);
+  svg.AddLabel(KvGePoint2d(5, 5), "a<b & \"c\"");
+  // Only the finite point counts: a view of 1 drawing unit (plus margin) around it.
+  EXPECT_EQ(svg.BoundingBox().Min().x, 5.0);
+  EXPECT_EQ(svg.BoundingBox().Max().x, 5.0);
+  std::string text;
+  EXPECT_EQ(svg.Write(text), 1);
+  EXPECT_NE(text.find("<circle class=\"d boundary\" cx=\"400\" cy=\"400\" r=\"4\"/>"), std::string::npos) << text;
+  EXPECT_EQ(Count(text, "<circle"), 1);
+  EXPECT_EQ(text.find("nan"), std::string::npos);
+  EXPECT_EQ(text.find("inf"), std::string::npos);
+  EXPECT_NE(text.find("a&lt;b &amp; &quot;c&quot;</text>"), std::string::npos);
+  EXPECT_LT(text.find("<circle"), text.find("<text"));  // labels above the shapes
+
+  KvGeWktGeometry g;
+  ASSERT_EQ(KvGeReadWkt("MULTILINESTRING ((0 0, 1 1), (2 2, 3 3))", g), 1);
+  KvGeSvgWriter lines;
+  lines.AddGeometry(g, KvGeSvgStyle::kInside).AddLine(KvGeLine2d(KvGePoint2d(0, 3), KvGePoint2d(3, 0)));
+  const std::string l = lines.Write();
+  EXPECT_EQ(Count(l, "<path class=\"o inside\""), 1);
+  EXPECT_EQ(Count(l, " M"), 1);  // two polylines: two subpaths of one path
+  EXPECT_EQ(Count(l, "<path class=\"o line\""), 1);
+
+  EXPECT_NE(KvGeSvgWriter().Write().find("</svg>"), std::string::npos);  // nothing added: still a document
+}
+
+TEST(Svg, WriteFile) {
+  KvGeSvgWriter svg;
+  svg.SetTitle("pieces").AddPoint(KvGePoint2d(1, 2));
+  const std::string path = testing::TempDir() + "ug_svg_test.svg";
+  ASSERT_EQ(svg.WriteFile(path), 1);
+  std::ifstream in(path);
+  std::stringstream read;
+  read << in.rdbuf();
+  EXPECT_EQ(read.str(), svg.Write());
+  EXPECT_EQ(svg.WriteFile("/nonexistent-directory/x.svg"), 0);
+  EXPECT_EQ(svg.WriteFile(static_cast<const char*>(nullptr)), 0);
+}
+
+}  // namespace
