@@ -39,16 +39,16 @@ class KvGePoint2dArray;
 
 namespace KvGeDetail {
 
-// The direction of the arc beg -> end: -1 when beg - 1e-6 > end, +1 when end > beg + 1e-6,
-// otherwise 0. The band is applied to the angles as they stand, not to end - beg, so an End
-// written 1e-6 beside Beg is sense 0 whatever the rounding of the difference.
+/// The direction of the arc beg -> end: -1 when beg - 1e-6 > end, +1 when end > beg + 1e-6,
+/// otherwise 0. The band is applied to the angles as they stand, not to end - beg, so an End
+/// written 1e-6 beside Beg is sense 0 whatever the rounding of the difference.
 inline int ArcSense(const KvGeAngle& beg, const KvGeAngle& end) {
   if (beg.Rad() - kKvGeAngularTol > end.Rad()) return -1;
   if (end.Rad() > beg.Rad() + kKvGeAngularTol) return 1;
   return 0;
 }
 
-// Centre and radius, shared by the circles of the plane and of the plan.
+/// Centre and radius, shared by the circles of the plane and of the plan.
 template <class P>
 class CircleBase {
  public:
@@ -90,10 +90,10 @@ class ArcBase : public CircleBase<P> {
   /// The end angle; End - Beg carries the direction.
   const KvGeAngle& End() const { return m_End; }
 
-  // -1 when Beg - 1e-6 > End, +1 when End > Beg + 1e-6, otherwise 0.
+  /// -1 when Beg - 1e-6 > End, +1 when End > Beg + 1e-6, otherwise 0.
   int Sense() const { return ArcSense(m_Beg, m_End); }
-  // tan(sweep / 4) of the sweep taken without its direction (End - Beg for sense +1, Beg - End
-  // otherwise): a clockwise arc gives a non-negative bulge too, deliberately.
+  /// tan(sweep / 4) of the sweep taken without its direction (End - Beg for sense +1, Beg - End
+  /// otherwise): a clockwise arc gives a non-negative bulge too, deliberately.
   double Bulge() const { return std::tan((Sense() == 1 ? (m_End - m_Beg) : (m_Beg - m_End)).Rad() / 4.0); }
 
   /// Exchanges Beg and End.
