@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
 # The test job: formatting check, the API reference (Doxygen, warnings are errors), unit tests
 # with g++ (warnings are errors), the installed package used from a separate consumer project,
-# and the unit tests again under
-# AddressSanitizer and UndefinedBehaviorSanitizer with clang, and the concurrency tests under
-# ThreadSanitizer with clang. Exits non-zero on any failure.
+# and the unit tests again under AddressSanitizer and UndefinedBehaviorSanitizer with clang, and
+# the concurrency tests under ThreadSanitizer with clang. Exits non-zero on any failure.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"
