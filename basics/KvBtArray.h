@@ -81,9 +81,9 @@ class KvBtArray {
   /// Assigns element i (the last for an index out of range; a scratch element when empty).
   void SetAt(int i, ARG_TYPE value) { ElementAt(i) = value; }
 
-  /// The storage; null when empty.
+  /// The storage; null until storage is first allocated (and after RemoveAll).
   const TYPE* GetData() const { return m_pData; }
-  /// The storage; null when empty.
+  /// The storage; null until storage is first allocated (and after RemoveAll).
   TYPE* GetData() { return m_pData; }
   /// The first element, for range-for.
   const TYPE* begin() const { return m_pData; }

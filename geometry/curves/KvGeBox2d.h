@@ -193,9 +193,9 @@ class BoxBase {
 
 }  // namespace KvGeDetail
 
-/// An axis-aligned box in the plane, corners KvGePoint2d. Empty below 0.001 of extent (strict 0) or only when inverted
-/// by more than 0.001 (strict); a point is inside up to 0.001 beyond the border (closed) or only more than 0.001 within
-/// (open).
+/// An axis-aligned box in the plane, corners KvGePoint2d. With strict 0 a box is empty when an
+/// axis has an extent of at most 0.001; with strict non-zero only when inverted by more than 0.001.
+/// A point is inside up to 0.001 beyond the border (closed) or only more than 0.001 within (open).
 class KVGE_API KvGeBox2d : public KvGeDetail::BoxBase<2, KvGeBox2d, KvGePoint2d> {
  public:
   KvGeBox2d() = default;
