@@ -62,11 +62,11 @@ class KVGE_API KvGeAngle {
   /// The direction of p seen from the origin, and from one point to another; a 3D point is seen
   /// in plan (x and y only).
   KvGeAngle& Set(const KvGePoint2d& p);
-  /// The direction of (dx, dy), in -pi .. pi; 0 when both are exactly 0.
+  /// The direction from one point to another.
   KvGeAngle& Set(const KvGePoint2d& from, const KvGePoint2d& to);
-  /// The direction of (dx, dy), in -pi .. pi; 0 when both are exactly 0.
+  /// The direction of p seen from the origin, in plan.
   KvGeAngle& Set(const KvGePoint3d& p);
-  /// The direction of (dx, dy), in -pi .. pi; 0 when both are exactly 0.
+  /// The direction from one point to another, in plan.
   KvGeAngle& Set(const KvGePoint3d& from, const KvGePoint3d& to);
 
   /// Adds o.
