@@ -3,6 +3,8 @@
 /// UtilityGeometry: plane and space geometry for CAD. Including this header gives every public
 /// class and function of the library and of its companion libraries.
 
+#include "UtilityGeometryVersion.h"
+
 #include "basics/companion/KvBtArchive.h"
 #include "basics/companion/KvBtCompare.h"
 #include "basics/companion/KvBtObject.h"

@@ -19,17 +19,36 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <new>
 #include <type_traits>
 #include <utility>
 
 #include "basics/companion/KvBtCompare.h"
 
+/// Whether T may be an element of the array templates, which move elements with memmove when
+/// storage grows and on insertion and removal. True for trivially copyable types and for classes
+/// that declare (or inherit) the member alias KvBtBitwiseRelocatable; specialise it as
+/// std::true_type for another type that holds no pointer into itself. Types such as std::string
+/// (whose short-string buffer is such a pointer) must not be marked.
+template <class T, class = void>
+struct KvBtIsRelocatable : std::is_trivially_copyable<T> {};
+template <class T>
+struct KvBtIsRelocatable<T, std::void_t<typename T::KvBtBitwiseRelocatable>> : std::true_type {};
+
 /// A growable array of TYPE, passed in as ARG_TYPE; elements are relocated bitwise. Out-of-range indices fall back on
 /// the last element; an empty array reads a default element.
 template <class TYPE, class ARG_TYPE>
 class KvBtArray {
+  static_assert(KvBtIsRelocatable<TYPE>::value,
+                "the array templates relocate elements bitwise (memmove): TYPE must not point into itself; "
+                "mark a type that is safe with 'using KvBtBitwiseRelocatable = void;' or specialise "
+                "KvBtIsRelocatable, and keep other types in std::vector");
+
  public:
+  /// The array holds a pointer to its storage only, so arrays of arrays relocate bitwise too.
+  using KvBtBitwiseRelocatable = void;
+
   KvBtArray() = default;
   /// Copies the elements of other.
   KvBtArray(const KvBtArray& other) { Copy(other); }
@@ -288,6 +307,13 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
 
  public:
   KvBtDynArray() = default;
+  /// The elements in the order given, each deep-copied.
+  KvBtDynArray(std::initializer_list<TYPE> items) {
+    if (items.size() > static_cast<std::size_t>(INT_MAX)) return;
+    this->SetSize(static_cast<int>(items.size()));
+    int k = 0;
+    for (const TYPE& item : items) DeepCopyElement(this->m_pData[k++], item);
+  }
   /// Copies the elements.
   KvBtDynArray(const KvBtDynArray&) = default;
   /// Takes over the storage of the other array.

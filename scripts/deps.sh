@@ -6,8 +6,8 @@
 set -euo pipefail
 
 packages=(cmake ninja-build g++ clang libclang-rt-14-dev clang-format libboost-dev
-          libgtest-dev libgmock-dev libbenchmark-dev libpolyclipping-dev pkg-config
-          libcli11-dev doxygen)
+          libgtest-dev libgmock-dev libbenchmark-dev libpolyclipping-dev doxygen pkg-config
+          libcli11-dev)
 for arg in "$@"; do
   case "$arg" in
     --bench) packages+=(libcgal-dev libgeos-dev) ;;

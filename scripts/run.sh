@@ -7,7 +7,8 @@ cd "$root"
 bash scripts/deps.sh
 
 jobs=2
-cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DUG_BUILD_BENCH=OFF >/dev/null
+cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DUG_BUILD_BENCH=OFF -DUG_BUILD_EXAMPLES=OFF \
+  -DUG_BUILD_DOCS=OFF >/dev/null
 cmake --build build/release -j "$jobs"
 cmake --install build/release --prefix "$root/_install" >/dev/null
 

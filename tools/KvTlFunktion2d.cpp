@@ -217,7 +217,11 @@ double KvTlFunktion2d::Snap(double x) const {
 void KvTlFunktion2d::AppendSlice(PieceArray& out, double lo, double hi) const {
   const int n = m_Pieces.GetSize();
   const KvTlLinear2d* p = m_Pieces.GetData();
-  for (int k = std::max(Index(lo, 1), 0); k < n && p[k].x0 < hi; ++k) {
+  // The first piece that reaches beyond lo itself: the right search would pass over a piece of
+  // 0.001 or less that Set left at lo, and the slices would then not start at lo.
+  int k = std::max(Index(lo, 0), 0);
+  while (k < n && !(p[k].x1 > lo)) ++k;
+  for (; k < n && p[k].x0 < hi; ++k) {
     const double a = std::max(lo, p[k].x0);
     const double b = std::min(hi, p[k].x1);
     if (a < b) out.Add(KvTlLinear2d(a, StartValue(p[k], a), b, EndValue(p[k], b)));

@@ -1,16 +1,21 @@
 #pragma once
-/// @file
-/// Piecewise linear functions y(x) for load and height profiles along a distance.
-///
-/// KvTlLinear2d is one straight piece from (x0, y0) to (x1, y1). KvTlFunktion2d is a sequence of
-/// such pieces in ascending x: each piece has x0 <= x1, each piece starts where the one before
-/// ends, and together they cover -1e9 to +1e9 (a mirror in x moves that range to 2c - 1e9 ..
-/// 2c + 1e9). The function may jump at a break: the piece that ends there gives the value from the
-/// left, the piece that starts there the value from the right.
-///
-/// Positions closer than 0.001 count as the same x (a difference of exactly 0.001 included): a
-/// break, bound or crossing within 0.001 of an existing break is taken as that break, so the
-/// operations never create pieces of 0.001 or less. Values are compared with the same 0.001.
+// Piecewise linear functions y(x) for load and height profiles along a distance.
+//
+// KvTlLinear2d is one straight piece from (x0, y0) to (x1, y1). KvTlFunktion2d is a sequence of
+// such pieces in ascending x: each piece has x0 <= x1, each piece starts where the one before
+// ends, and together they cover -1e9 to +1e9 (a mirror in x moves that range to 2c - 1e9 ..
+// 2c + 1e9). The function may jump at a break: the piece that ends there gives the value from the
+// left, the piece that starts there the value from the right.
+//
+// Positions closer than 0.001 count as the same x (a difference of exactly 0.001 included): a
+// break, bound or crossing within 0.001 of an existing break is taken as that break, so the
+// operations never create pieces of 0.001 or less. The one exception is the segment given to Set,
+// which is stored as given however short: the other operations carry such a piece along,
+// Integral takes nothing from it, and the searches of Index pass over it at its own ends but may
+// pick it up to 0.001 beyond them, where its line is extrapolated. Values are compared with the
+// same 0.001.
+
+#include <iosfwd>
 
 #include "basics/KvBtArray.h"
 #include "basics/KvGeTolerance.h"
@@ -21,6 +26,8 @@
 /// (inclusive).
 class KVGE_API KvTlLinear2d {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   KvTlLinear2d() = default;
   /// The piece from (xa, ya) to (xb, yb).
   KvTlLinear2d(double xa, double ya, double xb, double yb) : x0(xa), y0(ya), x1(xb), y1(yb) {}
@@ -125,11 +132,12 @@ class KVGE_API KvTlFunktion2d {
   KvTlFunktion2d& Set() { return Set(0.0); }
   /// The constant c over the whole range.
   KvTlFunktion2d& Set(double c);
-  /// The segment (xa, ya) - (xb, yb), ends in either order, with the constant c left and right of
-  /// it. An end within 1.0 of -1e9 or +1e9 counts as that limit (the outside piece is left out and
-  /// the end moved onto the limit, its value kept); an end beyond a limit by more than that is cut
-  /// there with the segment's value at the limit. A segment that lies entirely at or beyond one
-  /// limit, or has an x that is not finite, leaves the constant c alone.
+  // The segment (xa, ya) - (xb, yb), ends in either order, with the constant c left and right of
+  // it. An end within 1.0 of -1e9 or +1e9 counts as that limit (the outside piece is left out and
+  // the end moved onto the limit, its value kept); an end beyond a limit by more than that is cut
+  // there with the segment's value at the limit. A segment that lies entirely at or beyond one
+  // limit, or has an x that is not finite, leaves the constant c alone. A segment of 0.001 or
+  // less (even a vertical one) stays a piece of its own.
   KvTlFunktion2d& Set(double xa, double ya, double xb, double yb, double c);
 
   /// The pieces in ascending x. Read only: every member keeps the pieces ordered and meeting.
@@ -239,12 +247,12 @@ class KVGE_API KvTlFunktion2d {
 
  private:
   enum class Op { Add, Sub, Mul, Min, Max };
-  void Combine(const KvTlFunktion2d& g, Op op);
-  double Snap(double x) const;
-  void AppendSlice(PieceArray& out, double lo, double hi) const;
-  void LowerCourse(double a, double b);
-  void Reflect();
-  void ScaleValues(double k);
+  KVGE_NO_EXPORT void Combine(const KvTlFunktion2d& g, Op op);
+  KVGE_NO_EXPORT double Snap(double x) const;
+  KVGE_NO_EXPORT void AppendSlice(PieceArray& out, double lo, double hi) const;
+  KVGE_NO_EXPORT void LowerCourse(double a, double b);
+  KVGE_NO_EXPORT void Reflect();
+  KVGE_NO_EXPORT void ScaleValues(double k);
 
   PieceArray m_Pieces;
 };
@@ -267,3 +275,8 @@ inline KvTlFunktion2d operator*(KvTlFunktion2d f, double k) { return std::move(f
 inline KvTlFunktion2d operator*(double k, KvTlFunktion2d f) { return std::move(f *= k); }
 /// Every value divided by k; a k within 0.001 of 0 gives f unchanged.
 inline KvTlFunktion2d operator/(KvTlFunktion2d f, double k) { return std::move(f /= k); }
+
+/// Writes "LINEAR (x0 y0, x1 y1)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvTlLinear2d& v);
+/// Writes the pieces in ascending x, "FUNCTION ((x0 y0, x1 y1), ...)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvTlFunktion2d& v);

@@ -76,10 +76,10 @@ class KVBT_API KvBtArchive {
   KvBtArchive& operator>>(KvBtString& s);
 
  private:
-  void WriteBytes(const unsigned char* bytes, std::size_t n);
-  int ReadBytes(unsigned char* bytes, std::size_t n);
-  void WriteUnsigned(std::uint64_t v, std::size_t width);
-  int ReadUnsigned(std::uint64_t& v, std::size_t width);
+  KVBT_NO_EXPORT void WriteBytes(const unsigned char* bytes, std::size_t n);
+  KVBT_NO_EXPORT int ReadBytes(unsigned char* bytes, std::size_t n);
+  KVBT_NO_EXPORT void WriteUnsigned(std::uint64_t v, std::size_t width);
+  KVBT_NO_EXPORT int ReadUnsigned(std::uint64_t& v, std::size_t width);
 
   std::ostream* m_pOut = nullptr;
   std::istream* m_pIn = nullptr;

@@ -82,6 +82,8 @@ class KvBtSimpleArray {
   const T* begin() const { return m_Items.data(); }
   /// Past the last element, for range-for.
   const T* end() const { return m_Items.data() + m_Items.size(); }
+  T* begin() { return m_Items.data(); }
+  T* end() { return m_Items.data() + m_Items.size(); }
 
   /// 1 when both hold the same elements (exact comparison).
   int operator==(const KvBtSimpleArray& o) const { return m_Items == o.m_Items ? 1 : 0; }

@@ -19,8 +19,7 @@ class KVBT_API KvBtString {
   KvBtString(const char* text) : m_Text(text ? text : "") {}  // NOLINT: implicit on purpose
   /// length bytes from bytes (zeros included); a null pointer or a length of 0 or less gives the empty string.
   KvBtString(const char* bytes, int length)
-      : m_Text(bytes && length > 0 ? std::string(bytes, length) : std::string()) {}
-  /// The bytes of text.
+      : m_Text(bytes && length > 0 ? std::string(bytes, static_cast<std::size_t>(length)) : std::string()) {}
   explicit KvBtString(std::string text) : m_Text(std::move(text)) {}
   /// Copies the bytes.
   KvBtString(const KvBtString&) = default;

@@ -171,7 +171,8 @@ void KvTlSortRange(T* a, int n, const Compare& cmp, const Skip& skip) {
   }
 }
 
+// Inline, so that each caller's copy stays hidden in its own library instead of being exported.
 template <class Compare>
-void KvTlPermVector::Sort(const Compare& cmp) {
+inline void KvTlPermVector::Sort(const Compare& cmp) {
   KvTlSortRange(m_Perm.data(), GetSize(), cmp, [](int, int) { return false; });
 }

@@ -2,8 +2,21 @@
 /// @file
 /// Plain routines of the companion general library.
 
-/// Marks what the companion general library exports.
+// Exported symbols carry KVGEN_API; the switch follows the geometry library's.
+#ifdef UTILITYGEOMETRY_STATIC_DEFINE
+#define KVGEN_API
+#define KVGEN_NO_EXPORT
+#elif defined(_WIN32) || defined(__CYGWIN__)
+#ifdef UtilityGeneral_EXPORTS
+#define KVGEN_API __declspec(dllexport)
+#else
+#define KVGEN_API __declspec(dllimport)
+#endif
+#define KVGEN_NO_EXPORT
+#else
 #define KVGEN_API __attribute__((visibility("default")))
+#define KVGEN_NO_EXPORT __attribute__((visibility("hidden")))
+#endif
 
 /// 1 when the two coordinates are equal within 0.001 drawing units (a difference of exactly
 /// 0.001 counts as equal), otherwise 0. The sorting of point arrays asks it which coordinates

@@ -66,6 +66,8 @@ class CoordBase : public CoordData<N> {
   using Data = CoordData<N>;
 
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   /// The components in order.
   using Data::Data;
 

@@ -21,6 +21,7 @@
 /// the constructors and setters that list their elements and the sub-matrix members.
 
 #include <cmath>
+#include <iosfwd>
 
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtCompare.h"
@@ -37,6 +38,8 @@ namespace KvGeDetail {
 template <unsigned N, class M, class V>
 class MatrixBase {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   /// The zero matrix.
   MatrixBase() {
     for (double& e : m_Elements) e = 0.0;
@@ -194,6 +197,10 @@ class MatrixBase {
   int operator==(const M& o) const { return IsEqualTo(o, kKvGeLinearTol); }
   /// 1 when some element differs by more than 0.001.
   int operator!=(const M& o) const { return IsEqualTo(o, kKvGeLinearTol) ? 0 : 1; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const M& a, const M& b) { return static_cast<const MatrixBase&>(a).operator==(b); }
+  friend int operator!=(const M& a, const M& b) { return static_cast<const MatrixBase&>(a).operator!=(b); }
 
   /// The determinant; 0 when the decomposition fails.
   double Det() const {
@@ -537,3 +544,8 @@ V KvGeDetail::VectorBase<N, V>::Over(const M& m) const {
   m.Solve(r, r);
   return r;
 }
+
+/// Writes the rows, "[[a, b], [c, d]]"; the modelling matrices print as their matrix.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeMatrix2X2& v);
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeMatrix3X3& v);
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeMatrix4X4& v);

@@ -14,6 +14,8 @@
 /// place of an error. A component index out of range reads 0.0 and writes to a scratch double
 /// that belongs to no vector.
 
+#include <iosfwd>
+
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtCompare.h"
@@ -109,6 +111,10 @@ class VectorBase : public CoordBase<N, V, BadIndexRead::kZero> {
   int operator==(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 1 : 0; }
   /// 1 when the squared distance exceeds 1e-6.
   int operator!=(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 0 : 1; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const V& a, const V& b) { return static_cast<const VectorBase&>(a).operator==(b); }
+  friend int operator!=(const V& a, const V& b) { return static_cast<const VectorBase&>(a).operator!=(b); }
 
  protected:
   /// This row vector times m.
@@ -228,3 +234,8 @@ inline double Determinate(const KvGeVector2& a, const KvGeVector2& b) { return a
 inline KvGeVector3 Normal(const KvGeVector3& a, const KvGeVector3& b) {
   return KvGeVector3(a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x);
 }
+
+/// Writes "(x, y)", "(x, y, z)" or "(x, y, z, w)" with the stream's number format.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeVector2& v);
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeVector3& v);
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeVector4& v);

@@ -15,6 +15,8 @@
 /// The family shares KvGeDetail::BoxBase<N, B, P>; the named classes add the conversions and the
 /// members that take their own point arrays and matrices.
 
+#include <iosfwd>
+
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtCompare.h"
@@ -35,6 +37,8 @@ namespace KvGeDetail {
 template <unsigned N, class B, class P>
 class BoxBase {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   /// The empty box, from (1e9, ...) to (-1e9, ...).
   BoxBase() : m_Min(1e9), m_Max(-1e9) {}
   /// The box with the given corners, taken as they are (not sorted).
@@ -89,6 +93,10 @@ class BoxBase {
   int operator==(const B& o) const { return IsEqualTo(o, kKvGeLinearTol); }
   /// The negation of operator==.
   int operator!=(const B& o) const { return IsEqualTo(o, kKvGeLinearTol) ? 0 : 1; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const B& a, const B& b) { return static_cast<const BoxBase&>(a).operator==(b); }
+  friend int operator!=(const B& a, const B& b) { return static_cast<const BoxBase&>(a).operator!=(b); }
 
   /// Max - Min.
   P Extents() const { return m_Max - m_Min; }
@@ -283,3 +291,8 @@ class KVGE_API KvGeBox3d : public KvGeDetail::BoxBase<3, KvGeBox3d, KvGePoint3d>
 
 static_assert(sizeof(KvGeBox2d) == sizeof(void*) + 2 * sizeof(KvGePoint2d), "KvGeBox2d layout");
 static_assert(sizeof(KvGeBox3d) == sizeof(void*) + 2 * sizeof(KvGePoint3d), "KvGeBox3d layout");
+
+/// Writes "BOX (minx miny, maxx maxy)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeBox2d& v);
+/// Writes "BOX3D (minx miny minz, maxx maxy maxz)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeBox3d& v);

@@ -17,6 +17,8 @@
 /// for plan similarities, the circle of equal area otherwise; a tilt that flattens the circle in
 /// plan shrinks the radius accordingly.
 
+#include <iosfwd>
+
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/curves/KvGeBox2d.h"
 #include "geometry/curves/KvGeCircle2d.h"
@@ -109,3 +111,8 @@ class KVGE_API KvGeArc23d : public KvGeDetail::ArcBase<KvGePoint3d, KvGeArc23d> 
 static_assert(sizeof(KvGeCircle23d) == sizeof(void*) + sizeof(KvGePoint3d) + sizeof(double), "KvGeCircle23d layout");
 static_assert(sizeof(KvGeArc23d) == sizeof(void*) + sizeof(KvGePoint3d) + sizeof(double) + 2 * sizeof(KvGeAngle),
               "KvGeArc23d layout");
+
+/// Writes "CIRCLE Z (cx cy cz, r)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeCircle23d& v);
+/// Writes "ARC Z (cx cy cz, r, beg deg, end deg)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeArc23d& v);

@@ -24,6 +24,7 @@
 /// arc's ends stay on the rays through the transformed end points. A mirror reverses the sense.
 
 #include <cmath>
+#include <iosfwd>
 
 #include "basics/KvBtArray.h"
 #include "basics/KvGeTolerance.h"
@@ -52,6 +53,8 @@ inline int ArcSense(const KvGeAngle& beg, const KvGeAngle& end) {
 template <class P>
 class CircleBase {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   CircleBase() = default;
   /// A circle of the given centre and radius.
   CircleBase(const P& center, double radius) : m_Center(center), m_Radius(radius) {}
@@ -323,3 +326,8 @@ KVGE_API int GetCircleFormStrZug(const KvGePoint2dArray& points, KvGeCircle2d& c
 /// array stay.
 KVGE_API int ClipArc(KvGeArc2d arc, KvGeBox2d box, KvBtSmallArray<KvGeArc2d>& pieces, KvGeAngle minSweep,
                      double eps = kKvGeLinearTol);
+
+/// Writes "CIRCLE (cx cy, r)", followed by " sense s" when it is not 1.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeCircle2d& v);
+/// Writes "ARC (cx cy, r, beg deg, end deg)", the angles in degrees as the sweep runs.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeArc2d& v);

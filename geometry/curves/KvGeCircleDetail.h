@@ -3,6 +3,7 @@
 /// Internal: the box and transform rules that the plane and the plan circles and arcs share.
 
 #include <cmath>
+#include <initializer_list>
 
 #include "basics/KvGeTolerance.h"
 #include "basics/companion/KvBtCompare.h"

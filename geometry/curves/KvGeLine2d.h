@@ -12,6 +12,7 @@
 
 #include <climits>
 #include <cmath>
+#include <iosfwd>
 
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"
@@ -29,6 +30,8 @@ namespace KvGeDetail {
 template <class P, class B>
 class LineBase {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   LineBase() = default;
   /// A line from p1 to p2 with the given Segment attribute.
   LineBase(const P& p1, const P& p2, int segment) : m_P1(p1), m_P2(p2), m_Segment(segment) {}
@@ -252,3 +255,10 @@ static_assert(sizeof(KvGeLine2d) == sizeof(void*) + 2 * sizeof(KvGePoint2d) + 2 
 static_assert(sizeof(KvGeLine3d) == sizeof(void*) + 2 * sizeof(KvGePoint3d) + sizeof(double), "KvGeLine3d layout");
 static_assert(sizeof(KvGeLine23d) == sizeof(void*) + 2 * sizeof(KvGePoint3d) + 3 * sizeof(double),
               "KvGeLine23d layout");
+
+/// Writes WKT, "LINESTRING (x1 y1, x2 y2)", followed by " segment s" and " sense s" when they are not 1.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeLine2d& v);
+/// Writes WKT, "LINESTRING Z (x1 y1 z1, x2 y2 z2)", followed by " segment s" when it is not 1.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeLine3d& v);
+/// As KvGeLine3d, followed by " height h" and " sense s" when they are not 0 and 1.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeLine23d& v);

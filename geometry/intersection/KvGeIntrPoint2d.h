@@ -20,6 +20,7 @@
 #include <climits>
 #include <cmath>
 #include <cstdint>
+#include <iosfwd>
 
 #include "basics/KvBtArray.h"
 #include "basics/KvGeTolerance.h"
@@ -119,6 +120,10 @@ class IntrPointBase : public P {
   int operator==(const R&) const { return 0; }
   /// Always 0, as operator==.
   int operator!=(const R&) const { return 0; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const R& a, const R& b) { return static_cast<const IntrPointBase&>(a).operator==(b); }
+  friend int operator!=(const R& a, const R& b) { return static_cast<const IntrPointBase&>(a).operator!=(b); }
 
  private:
   static int Order(std::uint32_t s, double t, std::uint32_t os, double ot) { return OrderOnObject(s, t, os, ot); }
@@ -166,6 +171,8 @@ R MaxOf1(const R& a, const R& b) {
 template <class R, class Part>
 class IntrPartBase {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   IntrPartBase() = default;
   /// A part from min to max of the given type.
   IntrPartBase(const R& min, const R& max, int type) : m_Type(type), m_Min(min), m_Max(max) {}
@@ -245,6 +252,10 @@ class IntrPartBase {
   int operator==(const Part&) const { return 0; }
   /// Always 0, as operator==.
   int operator!=(const Part&) const { return 0; }
+  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  // good reversed candidate.
+  friend int operator==(const Part& a, const Part& b) { return static_cast<const IntrPartBase&>(a).operator==(b); }
+  friend int operator!=(const Part& a, const Part& b) { return static_cast<const IntrPartBase&>(a).operator!=(b); }
 
  private:
   using Order = int (IntrPointBase<typename R::PointType, R>::*)(const R&) const;
@@ -358,3 +369,12 @@ KVGE_API KvGeIntrPoint3d Max0(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b
 KVGE_API KvGeIntrPoint3d Min1(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b);
 /// The record that sorts last along object 1 (b on a tie).
 KVGE_API KvGeIntrPoint3d Max1(const KvGeIntrPoint3d& a, const KvGeIntrPoint3d& b);
+
+/// Writes the point and its attributes: "INTERSECTION (x y) sense c ends e0 e1 params t0 t1 segments s0 s1 info i".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeIntrPoint2d& v);
+/// As the plane record, with "(x y z)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeIntrPoint3d& v);
+/// Writes "PART type t from <record> to <record>".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeIntrPart2d& v);
+/// As the plane part.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeIntrPart3d& v);

@@ -117,13 +117,14 @@ class KVGE_API KvGePreparedRegion2d {
     /// The first vertex of the ring of the node's first edge and of its last edge.
     std::int32_t firstA, firstB;
   };
-  struct Scan;
+  // Hidden with its per-thread spill storage: a detail of the queries, not of the interface.
+  struct KVGE_NO_EXPORT Scan;
 
-  void Build();
-  int NodeFirstEdge(int level, int i) const;
-  int NodeLastEdge(int level, int i) const;
-  unsigned short ExactPoint(double px, double py, bool viaTree) const;
-  void CutLine(const KvGeLine2d& l, KvGeIntrCalculator2d& calc) const;
+  KVGE_NO_EXPORT void Build();
+  KVGE_NO_EXPORT int NodeFirstEdge(int level, int i) const;
+  KVGE_NO_EXPORT int NodeLastEdge(int level, int i) const;
+  KVGE_NO_EXPORT unsigned short ExactPoint(double px, double py, bool viaTree) const;
+  KVGE_NO_EXPORT void CutLine(const KvGeLine2d& l, KvGeIntrCalculator2d& calc) const;
 
   std::vector<double> m_X, m_Y;
   /// The index of the end vertex of edge k (k + 1, or the ring's first vertex).

@@ -14,6 +14,8 @@
 /// Degrees convert with the factors 0.017453292519943295 and 57.29577951308232. Division by
 /// exactly 0 leaves the angle unchanged, in place of an error.
 
+#include <iosfwd>
+
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"
 
@@ -24,6 +26,8 @@ class KvGePoint3d;
 /// on the raw values (a difference equal to the band counts as equal).
 class KVGE_API KvGeAngle {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   KvGeAngle() = default;
   /// The angle of rad radians, as given.
   KvGeAngle(double rad) : m_Rad(rad) {}  // NOLINT: radians convert implicitly, as callers expect
@@ -236,3 +240,6 @@ KVGE_API void CartCylind(double x, double y, double z, double& r, KvGeAngle& ang
 /// (x, y); elevation = the direction of (r, z), measured from the plan distance. Each direction
 /// is 0 when both its arguments are exactly 0. This is how the library defines it.
 KVGE_API void CartSphere(double x, double y, double z, double& r, KvGeAngle& azimuth, KvGeAngle& elevation);
+
+/// Writes the angle in degrees, "30 deg".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeAngle& v);

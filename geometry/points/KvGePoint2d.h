@@ -10,6 +10,8 @@
 /// which reads its value: a write through a bad index lands there, is what any point then reads
 /// through a bad index, and corrupts no point.
 
+#include <iosfwd>
+
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/algebra/KvGeVector.h"
 #include "geometry/points/KvGeAngle.h"
@@ -121,3 +123,6 @@ KVGE_API int IsSimelarlyDirected(const KvGePoint2d& a, const KvGePoint2d& b);
 KVGE_API int IsParallel(const KvGePoint2d& a, const KvGePoint2d& b);
 /// 1 when the directions are perpendicular within 1e-6 radians.
 KVGE_API int IsNormal(const KvGePoint2d& a, const KvGePoint2d& b);
+
+/// Writes WKT, "POINT (x y)"; a point at infinity, which WKT lacks, as "DIRECTION (x y)".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePoint2d& v);

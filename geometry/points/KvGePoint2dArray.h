@@ -20,6 +20,9 @@
 /// other than 1 or 2, or an archive that fails before the whole string is read, leaves the array
 /// unchanged.
 
+#include <initializer_list>
+#include <iosfwd>
+
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/points/KvGePoint2d.h"
@@ -36,6 +39,8 @@ class KvGeModMat3d;
 class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
  public:
   KvGePoint2dArray() = default;
+  /// The points in the order given: KvGePoint2dArray points{{0, 0}, {10, 0}}.
+  KvGePoint2dArray(std::initializer_list<KvGePoint2d> points) : KvBtDynArray(points) {}
   /// Copies the points.
   KvGePoint2dArray(const KvGePoint2dArray&) = default;
   /// Takes over the points of the other array.
@@ -100,6 +105,8 @@ class KVGE_API KvGePoint2dArray : public KvBtDynArray<KvGePoint2d> {
 class KVGE_API KvGePoint3dArray : public KvBtDynArray<KvGePoint3d> {
  public:
   KvGePoint3dArray() = default;
+  /// The points in the order given: KvGePoint3dArray points{{0, 0, 0}, {10, 0, 5}}.
+  KvGePoint3dArray(std::initializer_list<KvGePoint3d> points) : KvBtDynArray(points) {}
   /// Copies the points.
   KvGePoint3dArray(const KvGePoint3dArray&) = default;
   /// Takes over the points of the other array.
@@ -164,3 +171,8 @@ class KVGE_API KvGePoint3dArray : public KvBtDynArray<KvGePoint3d> {
   /// In place by y then x, likewise.
   void sortByYX();
 };
+
+/// Writes WKT, "MULTIPOINT ((x y), ...)", or "MULTIPOINT EMPTY".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePoint2dArray& v);
+/// Writes WKT, "MULTIPOINT Z ((x y z), ...)", or "MULTIPOINT Z EMPTY".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePoint3dArray& v);

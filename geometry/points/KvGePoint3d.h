@@ -9,6 +9,8 @@
 /// KvGePoint23d adds a height: the point stands for the vertical range z .. z + height. Setting z
 /// keeps the top where it was.
 
+#include <iosfwd>
+
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/algebra/KvGeMatrix.h"
 #include "geometry/algebra/KvGeVector.h"
@@ -234,3 +236,8 @@ KVGE_API int IsSimelarlyDirected(const KvGePoint3d& a, const KvGePoint3d& b);
 KVGE_API int IsParallel(const KvGePoint3d& a, const KvGePoint3d& b);
 /// The plane IsNormal on the plan angles of a and b; z plays no part.
 KVGE_API int IsNormal(const KvGePoint3d& a, const KvGePoint3d& b);
+
+/// Writes WKT, "POINT Z (x y z)", or "DIRECTION Z (x y z)" for a point at infinity.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePoint3d& v);
+/// Writes the point as a KvGePoint3d followed by " height h".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePoint23d& v);

@@ -6,6 +6,7 @@
 /// bulges (no tolerance on the bulge).
 
 #include <cstdint>
+#include <iosfwd>
 
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/points/KvGePoint2d.h"
@@ -16,6 +17,8 @@ class KvGeModMat2d;
 /// the points are equal within 0.001 (same kind), the shapes equal and the bulges exactly equal.
 class KVGE_API KvGePolyVert2d {
  public:
+  /// Holds no pointer into itself, so the array templates may relocate it bitwise.
+  using KvBtBitwiseRelocatable = void;
   KvGePolyVert2d() = default;
   /// A vertex at point with the given shape and bulge.
   KvGePolyVert2d(const KvGePoint2d& point, std::uint16_t shape, double bulge)
@@ -81,3 +84,6 @@ class KVGE_API KvGePolyVert2d {
   std::uint16_t m_Shape = 0;
   double m_Bulge = 0.0;
 };
+
+/// Writes "VERTEX (x y) shape s bulge b".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePolyVert2d& v);

@@ -29,6 +29,8 @@
 /// 1e-6. Rings may touch at single vertices.
 
 #include <cstdint>
+#include <initializer_list>
+#include <iosfwd>
 
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
@@ -48,6 +50,8 @@ constexpr double kKvGeRegionRange = 1e9;
 class KVGE_API KvGePolygon3d : public KvGePoint3dArray {
  public:
   KvGePolygon3d() = default;
+  /// The vertices in the order given.
+  KvGePolygon3d(std::initializer_list<KvGePoint3d> points) : KvGePoint3dArray(points) {}
   /// The ring of the given points.
   explicit KvGePolygon3d(const KvGePoint3dArray& points) : KvGePoint3dArray(points) {}
   /// Copies the points.
@@ -62,6 +66,9 @@ class KVGE_API KvGePolygon3d : public KvGePoint3dArray {
 class KVGE_API KvGePolygon2d : public KvGePoint2dArray {
  public:
   KvGePolygon2d() = default;
+  /// The vertices in the order given, as Set takes them: KvGePolygon2d ring{{0, 0}, {10, 0}, {10, 10}}. The ring
+  /// closes by itself; a repeated first point would stay a vertex of its own.
+  KvGePolygon2d(std::initializer_list<KvGePoint2d> points) : KvGePoint2dArray(points) {}
   /// A deep copy of the points.
   explicit KvGePolygon2d(const KvGePoint2dArray& points) { Set(points); }
   /// x and y of the space ring's points, every flag of a point at infinity cleared (deliberate).
@@ -112,6 +119,8 @@ class KVGE_API KvGePolygon2d : public KvGePoint2dArray {
 class KVGE_API KvGePolygon23d : public KvGePoint3dArray {
  public:
   KvGePolygon23d() = default;
+  /// The vertices in the order given, with the height 0.
+  KvGePolygon23d(std::initializer_list<KvGePoint3d> points) : KvGePoint3dArray(points) {}
   /// A deep copy of the points, with the height.
   KvGePolygon23d(const KvGePoint3dArray& points, double height) { Set(points, height); }
   /// A deep copy of the points and the height.
@@ -179,6 +188,8 @@ class KVGE_API KvGePolygon23d : public KvGePoint3dArray {
 class KVGE_API KvGePolygon2dArray : public KvBtDynArray<KvGePolygon2d> {
  public:
   KvGePolygon2dArray() = default;
+  /// The rings in the order given, each deep-copied: KvGePolygon2dArray region{outer, hole}.
+  KvGePolygon2dArray(std::initializer_list<KvGePolygon2d> rings) : KvBtDynArray(rings) {}
   /// Copies the rings and the further value.
   KvGePolygon2dArray(const KvGePolygon2dArray&) = default;
   /// Copies the rings and the further value.
@@ -231,13 +242,23 @@ class KVGE_API KvGePolygon2dArray : public KvBtDynArray<KvGePolygon2d> {
   KvGeBox2d BoundingBox(const KvGeModMat2d& m) const;
 
  private:
-  /// mode 1 unites, mode 2 intersects; 1 on success, 0 (set unchanged) on failure.
-  int VereinigeOderDurchschnitt(const KvGePolygon2dArray& other, int mode);
-  /// The complement: every ring reversed, after a counter-clockwise frame ring along the bounds
-  /// of the coordinate range, so that it is a bounded set under the same counting rule. An empty
-  /// set stays empty.
-  KvGePolygon2dArray& Negate();
+  // mode 1 unites, mode 2 intersects; 1 on success, 0 (set unchanged) on failure.
+  KVGE_NO_EXPORT int VereinigeOderDurchschnitt(const KvGePolygon2dArray& other, int mode);
+  // The complement: every ring reversed, after a counter-clockwise frame ring along the bounds
+  // of the coordinate range, so that it is a bounded set under the same counting rule. An empty
+  // set stays empty.
+  KVGE_NO_EXPORT KvGePolygon2dArray& Negate();
   KvGePolygon2dArray operator-() const { return KvGePolygon2dArray(*this).Negate(); }
 
   std::int32_t m_Tag = 0;
 };
+
+/// Writes WKT, the ring closed by repeating its first point: "POLYGON ((x y, ..., x y))", or "POLYGON EMPTY".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePolygon2d& v);
+/// Writes WKT, "POLYGON Z ((x y z, ..., x y z))", or "POLYGON Z EMPTY".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePolygon3d& v);
+/// As KvGePolygon3d, followed by " height h".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePolygon23d& v);
+/// Writes every ring as a polygon of its own, "GEOMETRYCOLLECTION (POLYGON ((...)), ...)": which rings are holes is
+/// decided by the counting rule, not by the order.
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePolygon2dArray& v);

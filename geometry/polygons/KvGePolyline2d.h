@@ -5,6 +5,9 @@
 /// the polygon's, which keeps its first vertex. Built from 3D points it keeps each point's flag
 /// of a point at infinity.
 
+#include <initializer_list>
+#include <iosfwd>
+
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/points/KvGePoint2dArray.h"
@@ -15,6 +18,8 @@ class KvGeModMat2d;
 class KVGE_API KvGePolyline2d : public KvGePoint2dArray {
  public:
   KvGePolyline2d() = default;
+  /// The points in the order given.
+  KvGePolyline2d(std::initializer_list<KvGePoint2d> points) : KvGePoint2dArray(points) {}
   /// A deep copy of the points.
   explicit KvGePolyline2d(const KvGePoint2dArray& points) { Set(points); }
   /// x, y and the flag of each 3D point.
@@ -57,6 +62,8 @@ class KVGE_API KvGePolyline2d : public KvGePoint2dArray {
 class KVGE_API KvGePolyline2dArray : public KvBtDynArray<KvGePolyline2d> {
  public:
   KvGePolyline2dArray() = default;
+  /// The polylines in the order given, each deep-copied.
+  KvGePolyline2dArray(std::initializer_list<KvGePolyline2d> polylines) : KvBtDynArray(polylines) {}
   /// An array holding one copy of the polyline.
   explicit KvGePolyline2dArray(const KvGePolyline2d& polyline) { Set(polyline); }
   /// Copies the polylines.
@@ -72,3 +79,6 @@ class KVGE_API KvGePolyline2dArray : public KvBtDynArray<KvGePolyline2d> {
     return *this;
   }
 };
+
+/// Writes WKT, "LINESTRING (x y, ...)", or "LINESTRING EMPTY".
+KVGE_API std::ostream& operator<<(std::ostream& os, const KvGePolyline2d& v);

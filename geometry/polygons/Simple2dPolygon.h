@@ -13,6 +13,7 @@
 /// accept a handle without data.
 
 #include <cstddef>
+#include <iosfwd>
 
 #include <boost/shared_ptr.hpp>
 
@@ -129,3 +130,6 @@ class KVGE_API Simple2dPolygon {
 
 static_assert(sizeof(Simple2dPolygon) == sizeof(void*) + sizeof(boost::shared_ptr<Simple2dPolygonData>),
               "Simple2dPolygon layout");
+
+/// Writes WKT, "POLYGON ((x y, ..., x y))" closed by its first point, or "POLYGON EMPTY".
+KVGE_API std::ostream& operator<<(std::ostream& os, const Simple2dPolygon& v);

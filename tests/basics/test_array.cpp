@@ -1,8 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
-#include "basics/KvBtArray.h"
+#include "UtilityGeometry.h"
 
 namespace {
 // Counts live objects, so that element lifetimes can be checked across growth, insertion and
@@ -15,6 +16,7 @@ struct Counted {
   Counted& operator=(const Counted&) = default;
   ~Counted() { --live; }
   bool operator==(const Counted& o) const { return value == o.value; }
+  using KvBtBitwiseRelocatable = void;  // the count is static, nothing points into the object
 };
 int Counted::live = 0;
 
@@ -198,3 +200,15 @@ TEST(Array, DeepCopyUsesTheElementsOwnDeepCopy) {
   outer.NewFirstElement(1, 0);
   EXPECT_EQ(Values(outer[0]), (std::vector<int>{3}));
 }
+
+// The element types the library stores in its arrays opt into bitwise relocation (directly or
+// through a base); types that may point into themselves do not.
+static_assert(KvBtIsRelocatable<int>::value && KvBtIsRelocatable<KvGeModMat3d*>::value);
+static_assert(KvBtIsRelocatable<KvGePoint2d>::value && KvBtIsRelocatable<KvGePoint23d>::value);
+static_assert(KvBtIsRelocatable<KvGeVector4>::value && KvBtIsRelocatable<KvGeMatrix4X4>::value);
+static_assert(KvBtIsRelocatable<KvGeIntrPoint3d>::value && KvBtIsRelocatable<KvGeIntrPart2d>::value);
+static_assert(KvBtIsRelocatable<KvGePolygon2d>::value && KvBtIsRelocatable<KvGePolyline2d>::value);
+static_assert(KvBtIsRelocatable<KvGeLine23d>::value && KvBtIsRelocatable<KvGeBox3d>::value);
+static_assert(KvBtIsRelocatable<KvGeAngle>::value && KvBtIsRelocatable<KvGePolyVert2d>::value);
+static_assert(!KvBtIsRelocatable<std::string>::value && !KvBtIsRelocatable<KvBtString>::value);
+static_assert(!KvBtIsRelocatable<std::vector<int>>::value);

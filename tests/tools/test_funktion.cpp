@@ -11,15 +11,16 @@ namespace {
 using F = KvTlFunktion2d;
 using L = KvTlLinear2d;
 
-// Ordered pieces that meet, each with x0 <= x1, none of 0.001 or less, spanning first .. last.
-void ExpectWellFormed(const F& f, double first = -1e9, double last = 1e9) {
+// Ordered pieces that meet, each wider than minWidth (none of 0.001 or less unless told),
+// spanning first .. last.
+void ExpectWellFormed(const F& f, double first = -1e9, double last = 1e9, double minWidth = 0.001) {
   const int n = f.Pieces().GetSize();
   ASSERT_GT(n, 0);
   EXPECT_EQ(f.Pieces()[0].x0, first);
   EXPECT_EQ(f.Pieces()[n - 1].x1, last);
   for (int k = 0; k < n; ++k) {
     SCOPED_TRACE(k);
-    EXPECT_GT(f.Pieces()[k].x1 - f.Pieces()[k].x0, 0.001);
+    EXPECT_GT(f.Pieces()[k].x1 - f.Pieces()[k].x0, minWidth);
     if (k > 0) {
       EXPECT_EQ(f.Pieces()[k].x0, f.Pieces()[k - 1].x1);
     }
@@ -101,6 +102,15 @@ TEST(Funktion, SegmentWithConstantAndItsLimits) {
   check("both ends beyond the right limit", F(2e9, 1, 3e9, 1, 5), 1, 5);
   check("not finite", F(NAN, 1, 3, 1, 5), 1, 5);
   check("the whole range", F(-1e9, 1, 1e9, 3, 5), 1, 1);
+
+  // A segment of 0.001 or less is stored as given, and both searches pass over it at its ends.
+  for (const F& sliver : {F(5, 1, 5.0005, 3, 7), F(5, 1, 5, 3, 7)}) {
+    EXPECT_EQ(sliver.Pieces().GetSize(), 3);
+    ExpectWellFormed(sliver, -1e9, 1e9, -1);
+    ExpectSides(sliver, 5, 7, 7);
+    ExpectSides(sliver, 5.0005, 7, 7);
+    EXPECT_NEAR(sliver.Integral(0, 10), 70 - 7 * (sliver.Pieces()[2].x0 - 5), 1e-9);  // its width adds nothing
+  }
 }
 
 TEST(Funktion, ValuesLeftAndRightOfAJump) {
@@ -261,6 +271,14 @@ TEST(Funktion, RestrictionsInXAndY) {
   ExpectWellFormed(snapped);
   ExpectSides(snapped, 10, -1, 5);
   EXPECT_TRUE(F(Profile()).RestrictX(3, 3.0009, 2) == F(2));
+  // A bound that falls onto the start of a sliver left by Set: the kept part still meets the
+  // constant before it.
+  for (const F& sliver : {F(5, 1, 5.0005, 3, 7), F(5, 1, 5, 3, 7)}) {
+    F kept = sliver;
+    kept.RestrictX(5.0002, 8, 0);
+    ExpectWellFormed(kept, -1e9, 1e9, -1);
+    ExpectSides(kept, 6, 7, 7);
+  }
 
   const F ramp(0, 0, 10, 10, 0);
   F clamped = ramp;

@@ -1,0 +1,3 @@
+#include "UtilityGeometryVersion.h"
+
+const char* UtilityGeometry_VersionString() { return UTILITYGEOMETRY_VERSION_STRING; }
