@@ -1,19 +1,20 @@
 #pragma once
-// Piecewise linear functions y(x) for load and height profiles along a distance.
-//
-// KvTlLinear2d is one straight piece from (x0, y0) to (x1, y1). KvTlFunktion2d is a sequence of
-// such pieces in ascending x: each piece has x0 <= x1, each piece starts where the one before
-// ends, and together they cover -1e9 to +1e9 (a mirror in x moves that range to 2c - 1e9 ..
-// 2c + 1e9). The function may jump at a break: the piece that ends there gives the value from the
-// left, the piece that starts there the value from the right.
-//
-// Positions closer than 0.001 count as the same x (a difference of exactly 0.001 included): a
-// break, bound or crossing within 0.001 of an existing break is taken as that break, so the
-// operations never create pieces of 0.001 or less. The one exception is the segment given to Set,
-// which is stored as given however short: the other operations carry such a piece along,
-// Integral takes nothing from it, and the searches of Index pass over it at its own ends but may
-// pick it up to 0.001 beyond them, where its line is extrapolated. Values are compared with the
-// same 0.001.
+/// @file
+/// Piecewise linear functions y(x) for load and height profiles along a distance.
+///
+/// KvTlLinear2d is one straight piece from (x0, y0) to (x1, y1). KvTlFunktion2d is a sequence of
+/// such pieces in ascending x: each piece has x0 <= x1, each piece starts where the one before
+/// ends, and together they cover -1e9 to +1e9 (a mirror in x moves that range to 2c - 1e9 ..
+/// 2c + 1e9). The function may jump at a break: the piece that ends there gives the value from the
+/// left, the piece that starts there the value from the right.
+///
+/// Positions closer than 0.001 count as the same x (a difference of exactly 0.001 included): a
+/// break, bound or crossing within 0.001 of an existing break is taken as that break, so the
+/// operations never create pieces of 0.001 or less. The one exception is the segment given to Set,
+/// which is stored as given however short: the other operations carry such a piece along,
+/// Integral takes nothing from it, and the searches of Index pass over it at its own ends but may
+/// pick it up to 0.001 beyond them, where its line is extrapolated. Values are compared with the
+/// same 0.001.
 
 #include <iosfwd>
 
@@ -132,12 +133,12 @@ class KVGE_API KvTlFunktion2d {
   KvTlFunktion2d& Set() { return Set(0.0); }
   /// The constant c over the whole range.
   KvTlFunktion2d& Set(double c);
-  // The segment (xa, ya) - (xb, yb), ends in either order, with the constant c left and right of
-  // it. An end within 1.0 of -1e9 or +1e9 counts as that limit (the outside piece is left out and
-  // the end moved onto the limit, its value kept); an end beyond a limit by more than that is cut
-  // there with the segment's value at the limit. A segment that lies entirely at or beyond one
-  // limit, or has an x that is not finite, leaves the constant c alone. A segment of 0.001 or
-  // less (even a vertical one) stays a piece of its own.
+  /// The segment (xa, ya) - (xb, yb), ends in either order, with the constant c left and right of
+  /// it. An end within 1.0 of -1e9 or +1e9 counts as that limit (the outside piece is left out and
+  /// the end moved onto the limit, its value kept); an end beyond a limit by more than that is cut
+  /// there with the segment's value at the limit. A segment that lies entirely at or beyond one
+  /// limit, or has an x that is not finite, leaves the constant c alone. A segment of 0.001 or
+  /// less (even a vertical one) stays a piece of its own.
   KvTlFunktion2d& Set(double xa, double ya, double xb, double yb, double c);
 
   /// The pieces in ascending x. Read only: every member keeps the pieces ordered and meeting.

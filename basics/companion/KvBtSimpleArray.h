@@ -82,7 +82,9 @@ class KvBtSimpleArray {
   const T* begin() const { return m_Items.data(); }
   /// Past the last element, for range-for.
   const T* end() const { return m_Items.data() + m_Items.size(); }
+  /// The first element, for range-for.
   T* begin() { return m_Items.data(); }
+  /// Past the last element, for range-for.
   T* end() { return m_Items.data() + m_Items.size(); }
 
   /// 1 when both hold the same elements (exact comparison).

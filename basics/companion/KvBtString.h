@@ -20,6 +20,7 @@ class KVBT_API KvBtString {
   /// length bytes from bytes (zeros included); a null pointer or a length of 0 or less gives the empty string.
   KvBtString(const char* bytes, int length)
       : m_Text(bytes && length > 0 ? std::string(bytes, static_cast<std::size_t>(length)) : std::string()) {}
+  /// The bytes of text.
   explicit KvBtString(std::string text) : m_Text(std::move(text)) {}
   /// Copies the bytes.
   KvBtString(const KvBtString&) = default;

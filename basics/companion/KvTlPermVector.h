@@ -171,7 +171,7 @@ void KvTlSortRange(T* a, int n, const Compare& cmp, const Skip& skip) {
   }
 }
 
-// Inline, so that each caller's copy stays hidden in its own library instead of being exported.
+/// Inline, so that each caller's copy stays hidden in its own library instead of being exported.
 template <class Compare>
 inline void KvTlPermVector::Sort(const Compare& cmp) {
   KvTlSortRange(m_Perm.data(), GetSize(), cmp, [](int, int) { return false; });

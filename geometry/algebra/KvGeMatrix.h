@@ -197,9 +197,10 @@ class MatrixBase {
   int operator==(const M& o) const { return IsEqualTo(o, kKvGeLinearTol); }
   /// 1 when some element differs by more than 0.001.
   int operator!=(const M& o) const { return IsEqualTo(o, kKvGeLinearTol) ? 0 : 1; }
-  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
-  // good reversed candidate.
+  /// The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  /// good reversed candidate.
   friend int operator==(const M& a, const M& b) { return static_cast<const MatrixBase&>(a).operator==(b); }
+  /// The negation of the operator== above, both operands of the derived type.
   friend int operator!=(const M& a, const M& b) { return static_cast<const MatrixBase&>(a).operator!=(b); }
 
   /// The determinant; 0 when the decomposition fails.
@@ -547,5 +548,7 @@ V KvGeDetail::VectorBase<N, V>::Over(const M& m) const {
 
 /// Writes the rows, "[[a, b], [c, d]]"; the modelling matrices print as their matrix.
 KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeMatrix2X2& v);
+/// Writes the rows of the 3x3 matrix, as for the 2x2 one.
 KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeMatrix3X3& v);
+/// Writes the rows of the 4x4 matrix, as for the 2x2 one.
 KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeMatrix4X4& v);

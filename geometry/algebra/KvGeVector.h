@@ -111,9 +111,10 @@ class VectorBase : public CoordBase<N, V, BadIndexRead::kZero> {
   int operator==(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 1 : 0; }
   /// 1 when the squared distance exceeds 1e-6.
   int operator!=(const V& o) const { return this->DistanceSqr(o) <= kKvGeLinearTolSqr ? 0 : 1; }
-  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
-  // good reversed candidate.
+  /// The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  /// good reversed candidate.
   friend int operator==(const V& a, const V& b) { return static_cast<const VectorBase&>(a).operator==(b); }
+  /// The negation of the operator== above, both operands of the derived type.
   friend int operator!=(const V& a, const V& b) { return static_cast<const VectorBase&>(a).operator!=(b); }
 
  protected:
@@ -237,5 +238,7 @@ inline KvGeVector3 Normal(const KvGeVector3& a, const KvGeVector3& b) {
 
 /// Writes "(x, y)", "(x, y, z)" or "(x, y, z, w)" with the stream's number format.
 KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeVector2& v);
+/// Writes "(x, y, z)" with the stream's number format.
 KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeVector3& v);
+/// Writes "(x, y, z, w)" with the stream's number format.
 KVGE_API std::ostream& operator<<(std::ostream& os, const KvGeVector4& v);

@@ -93,9 +93,10 @@ class BoxBase {
   int operator==(const B& o) const { return IsEqualTo(o, kKvGeLinearTol); }
   /// The negation of operator==.
   int operator!=(const B& o) const { return IsEqualTo(o, kKvGeLinearTol) ? 0 : 1; }
-  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
-  // good reversed candidate.
+  /// The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  /// good reversed candidate.
   friend int operator==(const B& a, const B& b) { return static_cast<const BoxBase&>(a).operator==(b); }
+  /// The negation of the operator== above, both operands of the derived type.
   friend int operator!=(const B& a, const B& b) { return static_cast<const BoxBase&>(a).operator!=(b); }
 
   /// Max - Min.

@@ -120,9 +120,10 @@ class IntrPointBase : public P {
   int operator==(const R&) const { return 0; }
   /// Always 0, as operator==.
   int operator!=(const R&) const { return 0; }
-  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
-  // good reversed candidate.
+  /// The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  /// good reversed candidate.
   friend int operator==(const R& a, const R& b) { return static_cast<const IntrPointBase&>(a).operator==(b); }
+  /// The negation of the operator== above, both operands of the derived type.
   friend int operator!=(const R& a, const R& b) { return static_cast<const IntrPointBase&>(a).operator!=(b); }
 
  private:
@@ -252,9 +253,10 @@ class IntrPartBase {
   int operator==(const Part&) const { return 0; }
   /// Always 0, as operator==.
   int operator!=(const Part&) const { return 0; }
-  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
-  // good reversed candidate.
+  /// The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  /// good reversed candidate.
   friend int operator==(const Part& a, const Part& b) { return static_cast<const IntrPartBase&>(a).operator==(b); }
+  /// The negation of the operator== above, both operands of the derived type.
   friend int operator!=(const Part& a, const Part& b) { return static_cast<const IntrPartBase&>(a).operator!=(b); }
 
  private:

@@ -117,7 +117,7 @@ class KVGE_API KvGePreparedRegion2d {
     /// The first vertex of the ring of the node's first edge and of its last edge.
     std::int32_t firstA, firstB;
   };
-  // Hidden with its per-thread spill storage: a detail of the queries, not of the interface.
+  /// Hidden with its per-thread spill storage: a detail of the queries, not of the interface.
   struct KVGE_NO_EXPORT Scan;
 
   KVGE_NO_EXPORT void Build();

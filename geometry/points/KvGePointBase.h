@@ -96,9 +96,10 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   int operator==(const P& o) const { return (this->DistanceSqr(o) <= kKvGeLinearTolSqr && IsSameKind(o)) ? 1 : 0; }
   /// The negation of operator==.
   int operator!=(const P& o) const { return (*this == o) ? 0 : 1; }
-  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
-  // good reversed candidate.
+  /// The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  /// good reversed candidate.
   friend int operator==(const P& a, const P& b) { return static_cast<const PointBase&>(a).operator==(b); }
+  /// The negation of the operator== above, both operands of the derived type.
   friend int operator!=(const P& a, const P& b) { return static_cast<const PointBase&>(a).operator!=(b); }
 
   /// Bit 1 << 2k when coordinate k is below min by more than tol, bit 2 << 2k when above max by more than tol: a point

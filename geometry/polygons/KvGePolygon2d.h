@@ -242,11 +242,11 @@ class KVGE_API KvGePolygon2dArray : public KvBtDynArray<KvGePolygon2d> {
   KvGeBox2d BoundingBox(const KvGeModMat2d& m) const;
 
  private:
-  // mode 1 unites, mode 2 intersects; 1 on success, 0 (set unchanged) on failure.
+  /// mode 1 unites, mode 2 intersects; 1 on success, 0 (set unchanged) on failure.
   KVGE_NO_EXPORT int VereinigeOderDurchschnitt(const KvGePolygon2dArray& other, int mode);
-  // The complement: every ring reversed, after a counter-clockwise frame ring along the bounds
-  // of the coordinate range, so that it is a bounded set under the same counting rule. An empty
-  // set stays empty.
+  /// The complement: every ring reversed, after a counter-clockwise frame ring along the bounds
+  /// of the coordinate range, so that it is a bounded set under the same counting rule. An empty
+  /// set stays empty.
   KVGE_NO_EXPORT KvGePolygon2dArray& Negate();
   KvGePolygon2dArray operator-() const { return KvGePolygon2dArray(*this).Negate(); }
 
