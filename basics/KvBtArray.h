@@ -13,8 +13,16 @@
 /// empty array a read gives a default element and a reference refers to a scratch element
 /// (reset to the default on every such access), so no access touches storage that is not there.
 ///
+/// Nothing throws, also when memory runs out: an operation whose storage cannot be had leaves
+/// the array exactly as it was (size, capacity and elements) and reports it where it returns
+/// something: Add and Append give -1; SetSize, Copy and InsertAt show it in the unchanged size.
+///
 /// KvBtDynArray<TYPE> adds element-wise equality, cyclic access (index taken modulo the size,
 /// so -1 is the last element), deep copying and the cyclic reordering NewFirstElement.
+
+/// \file
+/// Failure: nothing throws. When memory runs out the array keeps its elements, size and capacity,
+/// and Add and Append answer -1. See docs/non-finite-policy.md.
 
 #include <climits>
 #include <cstdlib>
@@ -62,10 +70,8 @@ class KvBtArray {
   /// Assignment is Copy also from a temporary: the target keeps its growth step, and its storage
   /// when that is large enough. Only the elements of the temporary are moved, not its storage.
   KvBtArray& operator=(KvBtArray&& other) {
-    if (this != &other) {
-      SetSize(other.m_nSize);
+    if (this != &other && Resize(other.m_nSize))
       for (int k = 0; k < other.m_nSize; ++k) m_pData[k] = std::move(other.m_pData[k]);
-    }
     return *this;
   }
   virtual ~KvBtArray() { Release(); }
@@ -80,8 +86,9 @@ class KvBtArray {
   int IsEmpty() const { return m_nSize == 0 ? 1 : 0; }
 
   /// Resizes to newSize elements (a negative size counts as 0; 0 releases the storage); new elements are default
-  /// values. growBy, unless -1, sets the growth step (0: one eighth of the size, 4 to 1024).
-  void SetSize(int newSize, int growBy = -1);
+  /// values. growBy, unless -1, sets the growth step (0: one eighth of the size, 4 to 1024). When memory runs out the
+  /// array stays as it was.
+  void SetSize(int newSize, int growBy = -1) { Resize(newSize, growBy); }
   /// Shrinks the storage to the size.
   void FreeExtra();
   /// Removes every element and releases the storage.
@@ -115,11 +122,11 @@ class KvBtArray {
 
   /// Assigns element i, growing the array with default elements when i is past the end; a negative i is ignored.
   void SetAtGrow(int i, ARG_TYPE value);
-  /// Appends value and returns its index.
+  /// The index of the new element; -1 when there is no memory for it.
   int Add(ARG_TYPE value) {
     const int i = m_nSize;
     SetAtGrow(i, value);
-    return i;
+    return m_nSize > i ? i : -1;
   }
   /// Appends the elements of other and returns the index of the first of them; appending the array to itself does
   /// nothing.
@@ -154,13 +161,14 @@ class KvBtArray {
   int m_nGrowBy = 0;
 
  private:
+  /// SetSize that tells whether it succeeded; false leaves the elements and the storage as they
+  /// were.
+  bool Resize(int newSize, int growBy = -1);
   /// Storage comes from malloc so that growing can be a realloc: the relocation is bitwise
-  /// anyway, and a large block is then remapped instead of copied. Exhaustion is reported as
-  /// operator new reports it.
+  /// anyway, and a large block is then remapped instead of copied. Exhaustion gives nullptr and
+  /// leaves data as it was.
   static TYPE* Reallocate(TYPE* data, int n) {
-    void* p = std::realloc(static_cast<void*>(data), sizeof(TYPE) * static_cast<std::size_t>(n));
-    if (p == nullptr) throw std::bad_alloc();
-    return static_cast<TYPE*>(p);
+    return static_cast<TYPE*>(std::realloc(static_cast<void*>(data), sizeof(TYPE) * static_cast<std::size_t>(n)));
   }
   static void Relocate(TYPE* to, const TYPE* from, int n) {
     if (n > 0)
@@ -189,14 +197,16 @@ class KvBtArray {
 };
 
 template <class TYPE, class ARG_TYPE>
-void KvBtArray<TYPE, ARG_TYPE>::SetSize(int newSize, int growBy) {
+bool KvBtArray<TYPE, ARG_TYPE>::Resize(int newSize, int growBy) {
   if (newSize < 0) newSize = 0;
   if (growBy != -1) m_nGrowBy = growBy;
 
   if (newSize == 0) {
     Release();
   } else if (m_pData == nullptr) {
-    m_pData = Reallocate(nullptr, newSize);
+    TYPE* data = Reallocate(nullptr, newSize);
+    if (data == nullptr) return false;
+    m_pData = data;
     Construct(m_pData, newSize);
     m_nSize = m_nMaxSize = newSize;
   } else if (newSize <= m_nMaxSize) {
@@ -216,17 +226,23 @@ void KvBtArray<TYPE, ARG_TYPE>::SetSize(int newSize, int growBy) {
     if (capacity < newSize) capacity = newSize;
     if (capacity < m_nMaxSize) capacity = m_nMaxSize;
     if (capacity > INT_MAX) capacity = INT_MAX;
-    m_pData = Reallocate(m_pData, static_cast<int>(capacity));
+    TYPE* data = Reallocate(m_pData, static_cast<int>(capacity));
+    if (data == nullptr && capacity > newSize) data = Reallocate(m_pData, static_cast<int>(capacity = newSize));
+    if (data == nullptr) return false;
+    m_pData = data;
     Construct(m_pData + m_nSize, newSize - m_nSize);
     m_nSize = newSize;
     m_nMaxSize = static_cast<int>(capacity);
   }
+  return true;
 }
 
 template <class TYPE, class ARG_TYPE>
 void KvBtArray<TYPE, ARG_TYPE>::FreeExtra() {
   if (m_nSize == m_nMaxSize || m_nSize == 0) return;
-  m_pData = Reallocate(m_pData, m_nSize);
+  TYPE* data = Reallocate(m_pData, m_nSize);
+  if (data == nullptr) return;  // the larger block stays
+  m_pData = data;
   m_nMaxSize = m_nSize;
 }
 
@@ -237,8 +253,7 @@ void KvBtArray<TYPE, ARG_TYPE>::SetAtGrow(int i, ARG_TYPE value) {
     if (i == INT_MAX) return;
     // value may refer into this array; keep a copy across the reallocation.
     const TYPE keep(value);
-    SetSize(i + 1);
-    m_pData[i] = keep;
+    if (Resize(i + 1)) m_pData[i] = keep;
     return;
   }
   m_pData[i] = value;
@@ -249,15 +264,14 @@ int KvBtArray<TYPE, ARG_TYPE>::Append(const KvBtArray& other) {
   const int first = m_nSize;
   if (&other == this || other.m_nSize == 0) return first;
   if (static_cast<long long>(m_nSize) + other.m_nSize > INT_MAX) return first;
-  SetSize(m_nSize + other.m_nSize);
+  if (!Resize(m_nSize + other.m_nSize)) return -1;
   for (int k = 0; k < other.m_nSize; ++k) m_pData[first + k] = other.m_pData[k];
   return first;
 }
 
 template <class TYPE, class ARG_TYPE>
 void KvBtArray<TYPE, ARG_TYPE>::Copy(const KvBtArray& other) {
-  if (&other == this) return;
-  SetSize(other.m_nSize);
+  if (&other == this || !Resize(other.m_nSize)) return;
   for (int k = 0; k < other.m_nSize; ++k) m_pData[k] = other.m_pData[k];
 }
 
@@ -268,12 +282,12 @@ void KvBtArray<TYPE, ARG_TYPE>::InsertAt(int i, ARG_TYPE value, int count) {
   const TYPE keep(value);
   if (i < m_nSize) {
     const int oldSize = m_nSize;
-    SetSize(m_nSize + count);
+    if (!Resize(m_nSize + count)) return;
     Destroy(m_pData + oldSize, count);
     Relocate(m_pData + i + count, m_pData + i, oldSize - i);
     Construct(m_pData + i, count);
-  } else {
-    SetSize(i + count);
+  } else if (!Resize(i + count)) {
+    return;
   }
   for (int k = 0; k < count; ++k) m_pData[i + k] = keep;
 }
@@ -286,7 +300,9 @@ void KvBtArray<TYPE, ARG_TYPE>::InsertAt(int i, const KvBtArray* other) {
     InsertAt(i, &copy);
     return;
   }
+  const int oldSize = this->m_nSize;
   InsertAt(i, other->m_pData[0], other->m_nSize);
+  if (this->m_nSize == oldSize) return;
   for (int k = 1; k < other->m_nSize; ++k) m_pData[i + k] = other->m_pData[k];
 }
 
@@ -352,6 +368,7 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
   void DeepCopy(const KvBtDynArray& other) {
     if (&other == this) return;
     this->SetSize(other.m_nSize);
+    if (this->m_nSize != other.m_nSize) return;  // no memory: unchanged
     for (int k = 0; k < other.m_nSize; ++k) DeepCopyElement(this->m_pData[k], other.m_pData[k]);
   }
 
@@ -363,6 +380,7 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
     if (n == 0) return;
     KvBtDynArray copy;
     copy.DeepCopy(*this);
+    if (copy.m_nSize != n) return;  // no memory: the order stays
     for (int k = 0; k < n; ++k) {
       const long long src = reverse ? static_cast<long long>(index) - k : static_cast<long long>(index) + k;
       DeepCopyElement(this->m_pData[k], copy.m_pData[mod(static_cast<int>(src % n), n)]);

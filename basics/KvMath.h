@@ -4,6 +4,10 @@
 /// root or a step of 0 gives what the hardware gives. Conversions to int saturate at the int
 /// range (NaN gives 0) rather than overflow.
 
+/// \file
+/// Non-finite input: NaN makes no tolerant comparison hold and rounds to 0; rounding to int
+/// saturates at the int range. See docs/non-finite-policy.md.
+
 #include <cstdint>
 
 #include "basics/UtilityGeometryExport.h"

@@ -18,6 +18,10 @@
 
 #include <iosfwd>
 
+/// \file
+/// Non-finite input and range: values propagate NaN; the pieces cover -1e9 .. 1e9 and beyond that
+/// the outermost piece answers. See docs/non-finite-policy.md.
+
 #include "basics/KvBtArray.h"
 #include "basics/KvGeTolerance.h"
 #include "basics/UtilityGeometryExport.h"

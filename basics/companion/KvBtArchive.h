@@ -14,6 +14,11 @@
 /// length prefix larger than the rest of the stream cannot make the archive allocate more than
 /// the stream supplies. Storing to a stream that fails sets the failure state as well.
 
+/// \file
+/// Non-finite values: a double is stored as its bit pattern, NaN and infinities included, and loads
+/// back the same. A writer that refuses a value its format cannot hold sets the failure state with
+/// SetFailed. See docs/non-finite-policy.md.
+
 #include <cstdint>
 #include <iosfwd>
 
@@ -44,6 +49,10 @@ class KVBT_API KvBtArchive {
   int IsLoading() const { return m_pIn != nullptr ? 1 : 0; }
   /// 1 once a read ran short, a length prefix was malformed, the stream failed or the wrong direction was used.
   int IsFailed() const { return m_bFailed ? 1 : 0; }
+  /// Puts the archive into its failure state, in which every further operation does nothing:
+  /// what a writer does that refuses a value its format cannot hold, so that no stored form
+  /// stands for something it was not given.
+  void SetFailed() { m_bFailed = true; }
 
   /// Stores one byte. Storing on a loading archive sets the failure state.
   KvBtArchive& operator<<(std::uint8_t v);

@@ -7,6 +7,11 @@
 /// eps, so IsLess and IsGreaterOrEqual are exact negations of each other, as are IsGreater and
 /// IsLessOrEqual. The default 0.001 is the drawing-unit tolerance of the geometry library.
 
+/// \file
+/// Non-finite input: IsEqual, IsLess, IsGreater and their kin answer 0 for NaN, KvBtRealCompare
+/// answers 0 and sgn answers 0; infinities compare as the largest numbers. See docs/non-finite-
+/// policy.md.
+
 #include "basics/companion/UtilityBasicsClassExport.h"
 
 /// 1 when |a - b| <= eps.

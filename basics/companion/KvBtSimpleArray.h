@@ -5,6 +5,8 @@
 /// InsertAt, RemoveAt, Append, RemoveAll, GetData). Out-of-range access falls back on the last
 /// element, as in every array of the application; on an empty array a read gives a default
 /// value and a reference refers to a scratch element, so no access touches missing memory.
+/// Growing does not throw: when memory runs out the array keeps its elements, Add and Append
+/// answer -1 and SetSize and InsertAt leave the size as it was.
 
 #include <vector>
 
@@ -32,8 +34,14 @@ class KvBtSimpleArray {
   int GetUpperBound() const { return GetSize() - 1; }
   /// 1 when there are no elements.
   int IsEmpty() const { return m_Items.empty() ? 1 : 0; }
-  /// Resizes to n elements (a negative n counts as 0); new elements are default values.
-  void SetSize(int n) { m_Items.resize(n > 0 ? static_cast<std::size_t>(n) : 0); }
+  /// Resizes to n elements (a negative n counts as 0); new elements are default values. When memory runs out the size
+  /// stays as it was.
+  void SetSize(int n) {
+    try {
+      m_Items.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
+    } catch (...) {  // no memory: unchanged
+    }
+  }
   /// Removes every element.
   void RemoveAll() { m_Items.clear(); }
 
@@ -52,21 +60,34 @@ class KvBtSimpleArray {
   void SetAt(int i, const T& v) { ElementAt(i) = v; }
   /// Appends v and returns its index.
   int Add(const T& v) {
-    m_Items.push_back(v);
+    try {
+      m_Items.push_back(v);
+    } catch (...) {
+      return -1;
+    }
     return GetUpperBound();
   }
   /// Appends the elements of o and returns the index of the first of them; appending the array to itself does nothing.
   int Append(const KvBtSimpleArray& o) {
     const int first = GetSize();
-    if (&o != this) m_Items.insert(m_Items.end(), o.m_Items.begin(), o.m_Items.end());
+    try {
+      if (&o != this) m_Items.insert(m_Items.end(), o.m_Items.begin(), o.m_Items.end());
+    } catch (...) {
+      return -1;
+    }
     return first;
   }
   /// Inserts count copies of v before index i; an index past the end pads with default values.
   void InsertAt(int i, const T& v, int count = 1) {
     if (i < 0 || count <= 0) return;
     const T copy(v);
-    if (static_cast<std::size_t>(i) > m_Items.size()) m_Items.resize(static_cast<std::size_t>(i));
-    m_Items.insert(m_Items.begin() + i, static_cast<std::size_t>(count), copy);
+    const std::size_t size = m_Items.size();
+    try {
+      if (static_cast<std::size_t>(i) > size) m_Items.resize(static_cast<std::size_t>(i));
+      m_Items.insert(m_Items.begin() + i, static_cast<std::size_t>(count), copy);
+    } catch (...) {
+      if (m_Items.size() > size) m_Items.resize(size);  // drops the padding again, no allocation
+    }
   }
   /// Removes count elements from index i on (fewer at the end); an index out of range does nothing.
   void RemoveAt(int i, int count = 1) {

@@ -4,7 +4,11 @@ KvTlPermVector::~KvTlPermVector() = default;
 
 void KvTlPermVector::SetSize(int n) {
   const int old = GetSize();
-  m_Perm.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
+  try {
+    m_Perm.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
+  } catch (...) {
+    return;  // no memory: the permutation stays as it was
+  }
   for (int i = old; i < GetSize(); ++i) m_Perm[static_cast<std::size_t>(i)] = i;
 }
 

@@ -15,6 +15,7 @@
 /// by 1 / s with s exactly 0 leaves the object unchanged, in place of an error.
 
 #include <cmath>
+#include <limits>
 
 #include "basics/KvGeTolerance.h"
 #include "basics/companion/KvBtCompare.h"
@@ -130,8 +131,20 @@ class CoordBase : public CoordData<N> {
 
   /// The squared length.
   double LengthSqr() const { return *this * Self(); }
-  /// The length.
-  double Length() const { return std::sqrt(LengthSqr()); }
+  /// The square root of LengthSqr while that neither overflows nor underflows; beyond, the
+  /// components are scaled by the largest one first, so a component of 1e200 has its length.
+  double Length() const {
+    const double s = LengthSqr();
+    if (s <= 1e300 && s >= 1e-300) return std::sqrt(s);
+    const double m = NormInfinity();
+    if (!(m > 0.0) || m > std::numeric_limits<double>::max()) return std::sqrt(s);  // 0, NaN, infinity
+    double r = 0.0;
+    for (unsigned i = 0; i < N; ++i) {
+      const double c = (*this)[i] / m;
+      r += c * c;
+    }
+    return m * std::sqrt(r);
+  }
   /// The length (Euclidean norm).
   double Norm2() const { return Length(); }
   /// The sum of the absolute components.
@@ -154,10 +167,11 @@ class CoordBase : public CoordData<N> {
   /// 1 when the length differs from 1 by no more than tol (inclusive).
   int IsUnitLength(double tol = kKvGeLinearTol) const { return IsEqual(Length(), 1.0, tol); }
 
-  /// Scales to length 1 and returns 1; a length within 0.001 of 0 leaves it as it is, returns 0.
+  /// Scales to length 1 and returns 1; a length within 0.001 of 0, or a component that is not
+  /// finite, leaves it as it is and returns 0.
   int Normalize() {
     const double len = Length();
-    if (IsEqual(len, 0.0, kKvGeLinearTol)) return 0;
+    if (IsEqual(len, 0.0, kKvGeLinearTol) || !std::isfinite(len)) return 0;
     *this *= 1.0 / len;
     return 1;
   }

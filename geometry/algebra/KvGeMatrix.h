@@ -20,8 +20,16 @@
 /// The family shares one implementation, KvGeDetail::MatrixBase<N, M, V>; the named classes add
 /// the constructors and setters that list their elements and the sub-matrix members.
 
+/// \file
+/// Non-finite input and range: an element or right-hand side that is not finite makes Solve, Invert
+/// and division fail (0, nothing written); IsSingular is then 1 and Det NaN. Each reflection is
+/// scaled by a power of two, so huge or tiny finite elements decompose exactly (diag(1e200, 1) is
+/// regular, determinant 1e200); a determinant beyond the largest double is infinite. See
+/// docs/non-finite-policy.md.
+
 #include <cmath>
 #include <iosfwd>
+#include <limits>
 
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtCompare.h"
@@ -203,15 +211,22 @@ class MatrixBase {
   /// The negation of the operator== above, both operands of the derived type.
   friend int operator!=(const M& a, const M& b) { return static_cast<const MatrixBase&>(a).operator!=(b); }
 
-  /// The determinant; 0 when the decomposition fails.
+  /// The determinant; 0 when the decomposition fails, NaN when an element is not finite.
   double Det() const {
     M t, qt;
-    if (!Decompose(t, qt)) return 0.0;
+    if (!Decompose(t, qt)) return IsFinite() ? 0.0 : std::numeric_limits<double>::quiet_NaN();
     double d = (N - 1) % 2 ? -1.0 : 1.0;
     for (unsigned i = 0; i < N; ++i) d *= t.At(i, i);
     return d;
   }
-  /// 1 when the decomposition fails or a diagonal element of T is within 0.001 of 0.
+  /// 1 when every element is finite.
+  int IsFinite() const {
+    for (double e : m_Elements)
+      if (!std::isfinite(e)) return 0;
+    return 1;
+  }
+  /// 1 when the decomposition fails (an element not finite included) or a diagonal element of T
+  /// is within 0.001 of 0.
   int IsSingular() const {
     M t, qt;
     if (!Decompose(t, qt)) return 1;
@@ -220,8 +235,8 @@ class MatrixBase {
     return 0;
   }
 
-  /// Solves x x M = b; 1 on success, 0 when singular (x is then not written). b and x may be
-  /// the same vector.
+  /// Solves x x M = b; 1 on success, 0 when singular or when M, b or the solution is not finite
+  /// (x is then not written). b and x may be the same vector.
   int Solve(const V& b, V& x) const {
     M t, qt;
     if (!Decompose(t, qt)) return 0;
@@ -250,24 +265,34 @@ class MatrixBase {
   }
 
  protected:
-  /// M = T x Qt with T lower triangular and Qt orthogonal; 0 when a reflection cannot be formed
-  /// (the rest of a row from the diagonal on is zero within 1e-15).
+  /// M = T x Qt with T lower triangular and Qt orthogonal; 0 when an element is not finite or a
+  /// reflection cannot be formed (the rest of a row from the diagonal on is zero within 1e-15).
   int Decompose(M& t, M& qt) const {
     M tt(Self());
     M q(1.0);
     double u[N];
+    if (!IsFinite()) return 0;
     for (unsigned k = 0; k + 1 < N; ++k) {
+      // The reflection is formed from the row scaled near its largest element (the reflection
+      // does not change with the scale of u), so that entries up to the largest double neither
+      // overflow nor underflow when squared.
+      double largest = 0.0;
+      for (unsigned j = k; j < N; ++j) largest = std::fmax(largest, std::fabs(tt.At(k, j)));
+      // A power of two: the scaling is exact, and ordinary rows give the unscaled result bit
+      // for bit.
+      const double scale = largest > 0.0 && std::isfinite(largest) ? std::ldexp(1.0, std::ilogb(largest)) : 1.0;
       double sigma = 0.0;
-      for (unsigned j = k; j < N; ++j) sigma += tt.At(k, j) * tt.At(k, j);
+      for (unsigned j = k; j < N; ++j) sigma += (tt.At(k, j) / scale) * (tt.At(k, j) / scale);
       sigma = std::sqrt(sigma);
-      const double beta = (std::fabs(tt.At(k, k)) + sigma) * sigma;
-      if (IsEqual(beta, 0.0, 1e-15)) return 0;
-      for (unsigned j = 0; j < N; ++j) u[j] = j < k ? 0.0 : tt.At(k, j);
+      const double beta = (std::fabs(tt.At(k, k) / scale) + sigma) * sigma;
+      if (IsEqual(beta * scale * scale, 0.0, 1e-15)) return 0;
+      for (unsigned j = 0; j < N; ++j) u[j] = j < k ? 0.0 : tt.At(k, j) / scale;
       u[k] += tt.At(k, k) < 0.0 ? -sigma : sigma;
       // X x H = X - (X u) u^T / beta, for X = T and X = Q.
       ReflectRows(tt, u, k, beta);
       ReflectRows(q, u, k, beta);
     }
+    if (!tt.IsFinite()) return 0;
     t = tt;
     qt = q.Transposed();
     return 1;
@@ -281,6 +306,7 @@ class MatrixBase {
       double s = b[i];
       for (unsigned j = i + 1; j < N; ++j) s -= r[j] * At(j, i);
       r[i] = s / At(i, i);
+      if (!std::isfinite(r[i])) return 0;
     }
     x = r;
     return 1;
@@ -493,8 +519,8 @@ class KVGE_API KvGeMatrix4X4 : public KvGeDetail::MatrixBase<4, KvGeMatrix4X4, K
   /// The rows r0 to r3.
   KvGeMatrix4X4& Set(const KvGeVector4& r0, const KvGeVector4& r1, const KvGeVector4& r2, const KvGeVector4& r3);
 
-  /// Element (i, j) without a range check: i and j below 4 are the caller's promise.
-  double GetMember(unsigned i, unsigned j) const { return At(i, j); }
+  /// Element (i, j); an index >= 4 reads 0.0, as Element does.
+  double GetMember(unsigned i, unsigned j) const { return Element(i, j); }
   /// Without row i and column j; an index >= 4 drops nothing on that side (the last row or column of the 3x3 result is
   /// then cut off).
   KvGeMatrix3X3 SubMatrix3X3(unsigned i, unsigned j) const { return SubMatrix<KvGeMatrix3X3>(i, j); }

@@ -17,6 +17,11 @@
 /// rules are deliberate. Only elements in use are read: an empty array destroys nothing, even
 /// when it still has storage, and a null pointer is skipped.
 
+/// \file
+/// Non-finite input: a rotation axis that is not finite has no direction and gives the identity, as
+/// a null axis does; an axis of any finite length is a direction. NaN angles, scales and offsets
+/// propagate into the matrix. See docs/non-finite-policy.md.
+
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/algebra/KvGeMatrix.h"

@@ -14,6 +14,12 @@
 /// place of an error. A component index out of range reads 0.0 and writes to a scratch double
 /// that belongs to no vector.
 
+/// \file
+/// Non-finite input and range: Length and the norms propagate NaN and infinities; Normalize returns
+/// 0 and leaves the vector unchanged when a component is not finite. Length and Normalize scale by
+/// the largest component before squaring, so they do not overflow for any finite vector. See
+/// docs/non-finite-policy.md.
+
 #include <iosfwd>
 
 #include "basics/KvGeTolerance.h"

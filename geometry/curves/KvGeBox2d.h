@@ -15,6 +15,10 @@
 /// The family shares KvGeDetail::BoxBase<N, B, P>; the named classes add the conversions and the
 /// members that take their own point arrays and matrices.
 
+/// \file
+/// Non-finite input: IsInside answers 0 for a NaN coordinate; folding a NaN coordinate into a box
+/// leaves the bound as it was, since the comparison is false. See docs/non-finite-policy.md.
+
 #include <iosfwd>
 
 #include "basics/KvGeTolerance.h"

@@ -17,6 +17,10 @@
 /// for plan similarities, the circle of equal area otherwise; a tilt that flattens the circle in
 /// plan shrinks the radius accordingly.
 
+/// \file
+/// Non-finite input: the constructions follow the plane circle's, returning 0 and writing nothing.
+/// See docs/non-finite-policy.md.
+
 #include <iosfwd>
 
 #include "basics/UtilityGeometryExport.h"

@@ -36,7 +36,10 @@ int KvGeCircle2d::By3Points(const KvGePoint2d& p1, const KvGePoint2d& p2, const 
   const double k1 = ax * (p1.x + p2.x) * 0.5 + ay * (p1.y + p2.y) * 0.5;
   const double k2 = bx * (p2.x + p3.x) * 0.5 + by * (p2.y + p3.y) * 0.5;
   const KvGePoint2d center((by * k1 - ay * k2) / c, (ax * k2 - bx * k1) / c, 0);
-  m_Radius = std::sqrt(DistanceSqr2d(p1, center));
+  const double radius = Distance2d(p1, center);
+  // An infinite point, or an overflow of huge coordinates, gives no circle.
+  if (!std::isfinite(center.x) || !std::isfinite(center.y) || !std::isfinite(radius)) return 0;
+  m_Radius = radius;
   m_Center = center;
   m_Sense = c > 0.0 ? 1 : -1;
   return 1;
@@ -52,7 +55,9 @@ int KvGeCircle2d::By2PointsRadius(const KvGePoint2d& p1, const KvGePoint2d& p2, 
   const double rad = q * q - 0.25;
   const double h = rad > 0.0 ? std::sqrt(rad) : 0.0;
   // Normal of the chord (-dy, dx), not normalised: h |N| is the centre's distance from the chord.
-  m_Center.Set((p1.x + p2.x) * 0.5 - side * h * dy, (p1.y + p2.y) * 0.5 + side * h * dx, 0);
+  const double cx = (p1.x + p2.x) * 0.5 - side * h * dy, cy = (p1.y + p2.y) * 0.5 + side * h * dx;
+  if (!std::isfinite(cx) || !std::isfinite(cy) || !std::isfinite(radius)) return 0;
+  m_Center.Set(cx, cy, 0);
   m_Radius = radius;
   m_Sense = sense;
   return 1;
@@ -63,7 +68,9 @@ int KvGeCircle2d::By2PointsBulge(const KvGePoint2d& p1, const KvGePoint2d& p2, d
   const double dx = p2.x - p1.x, dy = p2.y - p1.y;
   const double k = (1.0 - bulge * bulge) / (4.0 * bulge);
   const KvGePoint2d center((p1.x + p2.x) * 0.5 - k * dy, (p1.y + p2.y) * 0.5 + k * dx, 0);
-  m_Radius = std::sqrt(DistanceSqr2d(p1, center));
+  const double radius = Distance2d(p1, center);
+  if (!std::isfinite(center.x) || !std::isfinite(center.y) || !std::isfinite(radius)) return 0;
+  m_Radius = radius;
   m_Center = center;
   m_Sense = bulge > 0.0 ? 1 : -1;
   return 1;
@@ -143,6 +150,8 @@ KvGeArc2d& KvGeArc2d::Transform(const KvGeModMat2d& m) {
 // Free functions
 
 int KrsMittelpunkt(const KvGePoint2d& p1, const KvGePoint2d& p2, const KvGePoint2d& p3, KvGePoint2d& center) {
+  for (const KvGePoint2d* p : {&p1, &p2, &p3})
+    if (!std::isfinite(p->x) || !std::isfinite(p->y)) return 0;
   const double m1x = (p1.x + p2.x) * 0.5, m1y = (p1.y + p2.y) * 0.5;
   const double m2x = (p2.x + p3.x) * 0.5, m2y = (p2.y + p3.y) * 0.5;
   const double k1 = (p1.x - p2.x) * m1x + (p1.y - p2.y) * m1y;
@@ -152,8 +161,10 @@ int KrsMittelpunkt(const KvGePoint2d& p1, const KvGePoint2d& p2, const KvGePoint
   const double det = d1x * d2y - d1y * d2x;
   // An absolute threshold on the cross product, deliberately not scaled by the chord lengths.
   if (std::fabs(det) >= 0.01) {
-    center.x = (k2 * d1y - d2y * k1) / det;
-    center.y = (d2x * k1 - k2 * d1x) / det;
+    const double cx = (k2 * d1y - d2y * k1) / det, cy = (d2x * k1 - k2 * d1x) / det;
+    if (!std::isfinite(cx) || !std::isfinite(cy)) return 0;  // huge coordinates overflowed
+    center.x = cx;
+    center.y = cy;
     return 1;
   }
   if (Distance2d(p3, p1) < 1.0) {
@@ -200,8 +211,10 @@ int KrsGerSchnitt(KvGePoint2d center, double radius, KvGePoint2d p1, KvGePoint2d
   const int code =
       SolveQuadratic(vx * vx + vy * vy, 2.0 * (dx * vx + dy * vy), dx * dx + dy * dy - radius * radius, t1, t2);
   if (code < 1) return 0;
-  s1.Set(p1.x + t1 * vx, p1.y + t1 * vy, 0);
-  s2.Set(p1.x + t2 * vx, p1.y + t2 * vy, 0);
+  const KvGePoint2d a(p1.x + t1 * vx, p1.y + t1 * vy, 0), b(p1.x + t2 * vx, p1.y + t2 * vy, 0);
+  if (!KvGeDetail::IsFinitePoint(a) || !KvGeDetail::IsFinitePoint(b) || !std::isfinite(radius)) return 0;
+  s1 = a;
+  s2 = b;
   return code;
 }
 

@@ -23,6 +23,11 @@
 /// which have no circle as image, the radius becomes that of the circle of equal area, and an
 /// arc's ends stay on the rays through the transformed end points. A mirror reverses the sense.
 
+/// \file
+/// Non-finite input and range: By3Points, By2PointsRadius, By2PointsBulge, KrsMittelpunkt and
+/// KrsGerSchnitt return 0 and write nothing when an input is not finite or the result overflows.
+/// See docs/non-finite-policy.md.
+
 #include <cmath>
 #include <iosfwd>
 

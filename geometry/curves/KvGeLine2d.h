@@ -10,6 +10,10 @@
 /// Sense; KvGeLine23d has no equality. No line equals its own inverse. The plan line's box adds
 /// the height to the top when it is positive, otherwise to the bottom.
 
+/// \file
+/// Non-finite input: lengths and directions propagate NaN; Invert and Orientate are defined for
+/// every stored sense (INT_MIN becomes INT_MAX). See docs/non-finite-policy.md.
+
 #include <climits>
 #include <cmath>
 #include <iosfwd>

@@ -269,6 +269,7 @@ int ScanSet(const KvGePolygon2dArray& set, double py, Sink& sink) {
 
 unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2d& poly) {
   const double px = p.x, py = p.y;
+  if (!std::isfinite(px) || !std::isfinite(py)) return 1;  // a point that is nowhere lies outside
   DirectScan direct(px);
   const int first = ScanPolygon(poly, px, py, direct);
   if (first == 2) return 2;
@@ -281,6 +282,7 @@ unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2d& poly) {
 }
 
 unsigned short Containment(const KvGePoint2d& p, const KvGePolygon2dArray& set) {
+  if (!std::isfinite(p.x) || !std::isfinite(p.y)) return 1;
   DirectScan direct(p.x);
   if (ScanSet(set, p.y, direct)) {
     if (const unsigned short answer = direct.Answer()) return answer;

@@ -31,6 +31,10 @@
 /// polygon against a polygon set, answers 1 without looking at the arguments: this is
 /// deliberate, such tests are not made by this function.
 
+/// \file
+/// Non-finite input: a point with a coordinate that is not finite lies nowhere and answers 1
+/// (outside). See docs/non-finite-policy.md.
+
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/curves/KvGeLine2d.h"
 #include "geometry/points/KvGePoint2d.h"

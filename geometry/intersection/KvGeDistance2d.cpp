@@ -1,5 +1,7 @@
 #include "geometry/intersection/KvGeDistance2d.h"
 
+#include <cmath>
+
 #include "basics/companion/KvBtCompare.h"
 
 namespace {
@@ -77,6 +79,9 @@ double DistanceSqr2d(const KvGePoint3d& p, const KvGeArc23d& a) { return Distanc
 double DistanceSqr2d(const KvGePoint2dArray& a, const KvGePoint2d& p) {
   double best = quadrat(kFar);
   const int n = a.GetSize();
+  // The comparison below skips NaN; a point that is not finite propagates instead: NaN, or
+  // infinity for an infinite coordinate.
+  if (n > 0 && !(std::isfinite(p.x) && std::isfinite(p.y))) return quadrat(std::fabs(p.x) + std::fabs(p.y));
   for (int i = 0; i < n; ++i) {
     const double d = EdgeDistanceSqr(a, i, n, p);
     if (d < best) best = d;

@@ -14,6 +14,9 @@
 /// are ignored: the coordinates are measured as they stand. Every function answers the squared
 /// distance and takes no tolerance argument.
 
+/// \file
+/// Non-finite input: distances propagate NaN and infinities. See docs/non-finite-policy.md.
+
 #include "basics/UtilityGeometryExport.h"
 #include "basics/companion/KvBtSimpleArray.h"
 #include "geometry/curves/KvGeCircle23d.h"
@@ -96,7 +99,8 @@ KVGE_API double DistanceSqr2d(const KvGePoint3d& p, const KvGeCircle23d& c);
 KVGE_API double DistanceSqr2d(const KvGeArc23d& a, const KvGePoint3d& p);
 /// The same with the arguments in the other order.
 KVGE_API double DistanceSqr2d(const KvGePoint3d& p, const KvGeArc23d& a);
-/// From the nearest edge of the closed sequence; 1e18 (the square of 1e9) for an empty one.
+/// From the nearest edge of the closed sequence; 1e18 (the square of 1e9) for an empty one, NaN
+/// or infinity for a point with a NaN or infinite coordinate.
 KVGE_API double DistanceSqr2d(const KvGePoint2dArray& a, const KvGePoint2d& p);
 /// The same with the arguments in the other order.
 KVGE_API double DistanceSqr2d(const KvGePoint2d& p, const KvGePoint2dArray& a);

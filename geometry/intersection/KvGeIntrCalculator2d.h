@@ -21,6 +21,10 @@
 /// between sorts and cuts, and growing follows the arrays' geometric policy. Copies are deep and
 /// own their own permutations.
 
+/// \file
+/// Non-finite input: records with NaN parameters come last in each order; the running crossing
+/// count is 64-bit and cannot overflow. See docs/non-finite-policy.md.
+
 #include <memory>
 
 #include "basics/KvBtArray.h"

@@ -123,6 +123,8 @@ int Intersection2d(const KvGeLine2d& l, const KvGeCircle2d& k, KvGeIntrPoint2dAr
     int code = 0;
     if (l.Segment() && !KvGeDetail::SegmentEndCode(ts[i], len, code)) continue;
     const KvGePoint2d at = n == 1 ? KvGePoint2d(fx, fy) : KvGePoint2d(l.P1().x + ux * ts[i], l.P1().y + uy * ts[i]);
+    // NaN passes neither tolerant test above; a crossing that is not finite is no crossing.
+    if (!std::isfinite(ts[i]) || !KvGeDetail::IsFinitePoint(at)) continue;
     out.Add(KvGeIntrPoint2d(at, 0, code, 0, ts[i], 0.0, 0, 0, 0));
     ++added;
   }
@@ -133,8 +135,10 @@ int ParalellLine2d(const KvGePoint2d& a, const KvGePoint2d& b, double distance, 
   KvGePoint2d dir = b - a;
   if (!dir.Normalize()) return 0;
   const KvGePoint2d n = Normal(dir);
-  a1 = a + n * distance;
-  b1 = b + n * distance;
+  const KvGePoint2d a2 = a + n * distance, b2 = b + n * distance;
+  if (!KvGeDetail::IsFinitePoint(a2) || !KvGeDetail::IsFinitePoint(b2)) return 0;
+  a1 = a2;
+  b1 = b2;
   return 1;
 }
 

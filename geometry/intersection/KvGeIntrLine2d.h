@@ -17,6 +17,13 @@
 ///
 /// The "23d" and KvGePoint3d forms work in plan (x and y); their crossing point has z = 0.
 
+/// \file
+/// Non-finite input: a crossing with a coordinate that is not finite, or one that overflows, is no
+/// crossing: 0, outputs untouched (a record stays cleared); ParalellLine2d returns 0 the same way.
+/// See docs/non-finite-policy.md.
+
+#include <cmath>
+
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/curves/KvGeCircle2d.h"
 #include "geometry/curves/KvGeLine2d.h"
@@ -38,7 +45,8 @@ struct FirstLine {
         d1x(p2x_ - p1x_),
         d1y(p2y_ - p1y_),
         l1(std::sqrt(d1x * d1x + d1y * d1y)),
-        k1(p1x_ * p2y_ - p1y_ * p2x_) {}
+        k1(p1x_ * p2y_ - p1y_ * p2x_),
+        r(std::fmax(std::fmax(std::fabs(p1x_), std::fabs(p1y_)), std::fmax(std::fabs(p2x_), std::fabs(p2y_)))) {}
 
   /// The crossing with the infinite line through q1 and q2: 0 for a line no longer than 0.001
   /// or a sine of the angle within 1e-6; otherwise 1 with the crossing (sx, sy), the cross
@@ -54,10 +62,67 @@ struct FirstLine {
     const double f = 1.0 / c;
     sx = (d1x * k2 - d2x * k1) * f;
     sy = (d1y * k2 - d2y * k1) * f;
-    return 1;
+    // A coordinate that is not finite (or huge ones that overflow) gives no crossing.
+    return std::isfinite(sx) && std::isfinite(sy) ? 1 : 0;
   }
 
+  /// The side of q from the line: its distance times l1, positive to the left.
+  double Side(double qx, double qy) const { return d1x * (qy - p1y) - d1y * (qx - p1x); }
+
+  /// Whether the edge q1-q2, whose ends lie hs and he (Side) from the line, cannot meet it within
+  /// 0.001 of the edge, so that CrossInfinite and the end test need not run: both ends lie more
+  /// than kSideBand on one side (the crossing of the infinite lines then lies at least that far
+  /// beyond the nearer end, measured along the edge), and the crossing formula is conditioned
+  /// well enough that its rounding cannot bring the computed crossing back into the band. That
+  /// formula works on products of absolute coordinates (k1, k2): their rounding, about
+  /// eps * r^2 for coordinates up to r, shifts each line sideways by that over its length, and
+  /// moves the crossing along the edge by the shifts over the sine of the angle between the
+  /// lines, against a margin of (distance - 0.001) over the same sine. So the edge is skipped
+  /// only when kRound * r^2 * (1 / l1 + 1 / l2) plus 2 * kRound * r (the rounding of the cross
+  /// product, of the sides and of the lengths) stays below the nearer end's distance less 0.0011.
+  /// Monotone in r, in that distance and in l2, so a box of edges may be tested with bounds.
+  /// Not a number or coordinates beyond 1e50 never skip.
+  bool SkipEdge(double hs, double he, double q1x, double q1y, double q2x, double q2y) const {
+    const double band = kSideBand * l1;
+    const bool left = (hs > band) & (he > band);
+    const bool right = (hs < -band) & (he < -band);
+    if (!(left | right)) return false;
+    const double m = Min(std::fabs(hs), std::fabs(he));
+    const double dx = q2x - q1x, dy = q2y - q1y;
+    return Conditioned(Max(Max(r, Max(std::fabs(q1x), std::fabs(q1y))), Max(std::fabs(q2x), std::fabs(q2y))), m,
+                       dx * dx + dy * dy);
+  }
+
+  static double Max(double a, double b) { return a < b ? b : a; }
+  static double Min(double a, double b) { return b < a ? b : a; }
+
+  /// The rounding test of SkipEdge for coordinates up to rq, the nearer end's side m (beyond the
+  /// band) and the edge's squared length l2sq; without a square root or a division.
+  bool Conditioned(double rq, double m, double l2sq) const {
+    const double k = kRound * rq * rq;
+    const double slack = m - 1.1 * kKvGeLinearTol * l1;  // (distance - 0.0011) * l1
+    // k / l1 + 2 kRound r and k / l2 within half the margin each.
+    const double lhs = 2 * k * l1;
+    return (rq < 1e50) & (2 * (k + 2 * kRound * rq * l1) <= slack) & (lhs * lhs <= slack * slack * l2sq);
+  }
+
+  /// Edges no longer than this squared cross nothing (their length is within 0.001 of 0); the
+  /// bound is taken a little lower, 0.0009 squared.
+  static constexpr double kCrossingLenSqr = 0.81e-6;
+  /// Within this range of the origin (line and edge) SkipEdge's rounding test holds for every
+  /// edge that its side test passes and that is long enough to cross at all: kRound * r^2 stays
+  /// below 1.35e-7, so k / l1 + k / l2 (l1, l2 > 0.0009) and 2 * kRound * r stay within the
+  /// margin of 0.0004 (less rounding) that the side band leaves.
+  static constexpr double kPlainRange = 8192;
+  /// Both ends this far (times l1) on one side of the line: outside the 0.001 band of the edge
+  /// by a margin of 0.0005 that absorbs the rounding of the sides.
+  static constexpr double kSideBand = 0.0015;
+  /// Eight units of rounding: the first-order bound of the crossing formula's error, doubled.
+  static constexpr double kRound = 8 * 2.220446049250313e-16;
+
   double p1x, p1y, p2x, p2y, d1x, d1y, l1, k1;
+  /// The largest magnitude of the line's coordinates.
+  double r;
 };
 
 inline int CrossInfiniteLines(double p1x, double p1y, double p2x, double p2y, double q1x, double q1y, double q2x,
@@ -107,33 +172,35 @@ inline int CrossLines(double p1x, double p1y, double p2x, double p2y, int segA, 
   return CrossLines(FirstLine(p1x, p1y, p2x, p2y), segA, q1x, q1y, q2x, q2y, segB, r);
 }
 
-/// An edge whose end points both lie more than this far on the same side of a line cannot meet
-/// it within 0.001 of the edge: the crossing of the infinite lines lies at least as far beyond
-/// the nearer end, measured along the edge. The margin over 0.001 absorbs rounding.
-constexpr double kSideBand = 0.0015;
-
 /// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that l crosses
-/// (edge bounded, l as its Segment says), in edge order. Edges lying wholly on one side of the
-/// line beyond kSideBand are skipped without a square root; they could not cross.
+/// (edge bounded, l as its Segment says), in edge order. Edges that could not cross are skipped
+/// without a square root: both ends beyond the side band suffice where the line and the edge lie
+/// within kPlainRange of the origin; farther out SkipEdge also weighs the rounding.
 template <class Add>
 void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&& add) {
   const FirstLine a(l.P1().x, l.P1().y, l.P2().x, l.P2().y);
-  const double p1x = a.p1x, p1y = a.p1y, dx = a.d1x, dy = a.d1y;
   // A line no longer than 0.001 crosses nothing.
-  if (IsEqual(a.l1, 0.0, kKvGeLinearTol)) return;
-  const double band = kSideBand * a.l1;
-  if (n <= 0) return;
+  if (IsEqual(a.l1, 0.0, kKvGeLinearTol) || n <= 0) return;
+  const double band = FirstLine::kSideBand * a.l1;
+  // No vertex passes a negative range: a line far out has every edge weighed by SkipEdge.
+  const double range = a.r <= FirstLine::kPlainRange ? FirstLine::kPlainRange : -1.0;
   // Cross products with the direction: the distances of the vertices from the line, times its
-  // length, each computed once. A coordinate that is not a number never skips.
-  const auto side = [&](const KvGePoint2d& p) { return dx * (p.y - p1y) - dy * (p.x - p1x); };
-  const double h0 = side(v[0]);
+  // length, and whether the vertices lie within the range, each computed once. A coordinate
+  // that is not a number never skips.
+  const auto near = [range](const KvGePoint2d& p) { return (std::fabs(p.x) <= range) & (std::fabs(p.y) <= range); };
+  const double h0 = a.Side(v[0].x, v[0].y);
+  const bool n0 = near(v[0]);
   double hs = h0;
+  bool ns = n0;
   for (int i = 0; i < n; ++i) {
     const KvGePoint2d& s = v[i];
     const KvGePoint2d& e = v[i + 1 == n ? 0 : i + 1];
-    const double he = i + 1 == n ? h0 : side(e);
-    const bool skip = ((hs > band) & (he > band)) | ((hs < -band) & (he < -band));
+    const double he = i + 1 == n ? h0 : a.Side(e.x, e.y);
+    const bool ne = i + 1 == n ? n0 : near(e);
+    const bool beside = ((hs > band) & (he > band)) | ((hs < -band) & (he < -band));
+    const bool skip = beside && ((ns & ne) || a.SkipEdge(hs, he, s.x, s.y, e.x, e.y));
     hs = he;
+    ns = ne;
     if (skip) continue;
     Crossing c;
     if (CrossLines(a, l.Segment(), s.x, s.y, e.x, e.y, 1, c)) add(c, i);

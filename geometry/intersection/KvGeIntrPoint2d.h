@@ -17,6 +17,11 @@
 /// (+1 inside, 0 on the boundary, -1 outside). Its tests take a closed flag: a part whose ends
 /// compare equal is empty when open and not empty when closed.
 
+/// \file
+/// Non-finite input: a NaN parameter sorts after every number and equal to another NaN, so the
+/// order stays total; crossing senses saturate instead of overflowing. See docs/non-finite-
+/// policy.md.
+
 #include <climits>
 #include <cmath>
 #include <cstdint>

@@ -23,6 +23,10 @@
 /// leaves the region and comes back a new one begins; a polyline ending where it started is not
 /// closed up. The polyline forms answer the number of polylines written.
 
+/// \file
+/// Non-finite input: a line with an end that is not finite yields no pieces, since none of its
+/// crossings is finite. See docs/non-finite-policy.md.
+
 #include "basics/KvBtArray.h"
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/curves/KvGeLine2d.h"

@@ -28,9 +28,6 @@ constexpr double kClear = 0.004;
 // Coordinates up to this size keep the rounding of a crossing's x (a few units in the last
 // place) far inside the margins above.
 constexpr double kLimit = 1e8;
-// The free line cut skips an edge whose ends both lie farther than this times the line's
-// length (a cross product) on one side of it.
-constexpr double kSideBand = 0.0015;
 
 inline int Class(double y, double py) { return KvBtRealCompare(y, py, kKvGeLinearTol); }
 
@@ -237,11 +234,14 @@ void KvGePreparedRegion2d::Build() {
   std::int32_t ringFirst = 0;
   for (int i = 0; i < runs; ++i) {
     const int a = i * kFan, b = std::min(a + kFan, edges) - 1;
-    Node nd{m_X[a], m_X[a], m_Y[a], m_Y[a], m_Y[a], m_Y[m_Next[b]], ringFirst, ringFirst};
+    Node nd{m_X[a], m_X[a], m_Y[a], m_Y[a], m_Y[a], m_Y[m_Next[b]], HUGE_VAL, ringFirst, ringFirst};
     for (int k = a; k <= b; ++k) {
       if (k > 0 && m_Next[k - 1] != k) ringFirst = k;
       if (k == a) nd.firstA = ringFirst;
       const int e = m_Next[k];
+      // Edges up to 0.0009 long are left out: no line crosses an edge no longer than 0.001.
+      const double lenSqr = quadrat(m_X[e] - m_X[k]) + quadrat(m_Y[e] - m_Y[k]);
+      if (lenSqr > KvGeDetail::FirstLine::kCrossingLenSqr) nd.minLenSqr = std::fmin(nd.minLenSqr, lenSqr);
       nd.xmin = std::min(nd.xmin, std::min(m_X[k], m_X[e]));
       nd.xmax = std::max(nd.xmax, std::max(m_X[k], m_X[e]));
       nd.ymin = std::min(nd.ymin, std::min(m_Y[k], m_Y[e]));
@@ -264,6 +264,7 @@ void KvGePreparedRegion2d::Build() {
         nd.xmax = std::max(nd.xmax, ch.xmax);
         nd.ymin = std::min(nd.ymin, ch.ymin);
         nd.ymax = std::max(nd.ymax, ch.ymax);
+        nd.minLenSqr = std::fmin(nd.minLenSqr, ch.minLenSqr);
       }
       nd.firstB = m_Nodes[below + c1].firstB;
       nd.yEnd = m_Nodes[below + c1].yEnd;
@@ -281,6 +282,7 @@ std::size_t KvGePreparedRegion2d::MemoryUsage() const {
 
 unsigned short KvGePreparedRegion2d::Containment(const KvGePoint2d& p) const {
   const double px = p.x, py = p.y;
+  if (!std::isfinite(px) || !std::isfinite(py)) return 1;  // as the free function
   if (!m_bFast || !(std::fabs(px) <= kLimit && std::fabs(py) <= kLimit)) return ExactPoint(px, py, false);
   if (m_Nodes.empty()) return 1;
   const double* X = m_X.data();
@@ -391,23 +393,20 @@ unsigned short KvGePreparedRegion2d::ExactPoint(double px, double py, bool viaTr
 
 void KvGePreparedRegion2d::CutLine(const KvGeLine2d& l, KvGeIntrCalculator2d& calc) const {
   const KvGeLine2d unbounded(l.P1(), l.P2(), 0, 1);
-  const double p1x = l.P1().x, p1y = l.P1().y, p2x = l.P2().x, p2y = l.P2().y;
-  const double dx = p2x - p1x, dy = p2y - p1y;
-  const double len = std::sqrt(dx * dx + dy * dy);
+  const KvGeDetail::FirstLine line(l.P1().x, l.P1().y, l.P2().x, l.P2().y);
+  const double p1x = line.p1x, p1y = line.p1y, dx = line.d1x, dy = line.d1y;
   const int edges = static_cast<int>(m_X.size());
-  if (edges > 0 && !IsEqual(len, 0.0, kKvGeLinearTol)) {
-    const double band = kSideBand * len;
+  if (edges > 0 && !IsEqual(line.l1, 0.0, kKvGeLinearTol)) {
+    const double band = KvGeDetail::FirstLine::kSideBand * line.l1;
     const double* X = m_X.data();
     const double* Y = m_Y.data();
     const std::int32_t* next = m_Next.data();
-    // The run's edges as the free cut takes them: the same side test, then the crossing.
+    // The run's edges as the free cut takes them: the same skip test, then the crossing.
     auto cutRun = [&](int a, int b, std::int32_t ringFirst) {
       for (int k = a; k <= b; ++k) {
         if (k > a && next[k - 1] != k) ringFirst = k;
         const double sx = X[k], sy = Y[k], ex = X[next[k]], ey = Y[next[k]];
-        const double hs = dx * (sy - p1y) - dy * (sx - p1x);
-        const double he = dx * (ey - p1y) - dy * (ex - p1x);
-        if ((hs > band && he > band) || (hs < -band && he < -band)) continue;
+        if (line.SkipEdge(line.Side(sx, sy), line.Side(ex, ey), sx, sy, ex, ey)) continue;
         KvGeIntrPoint2d r;
         if (!::Intersection2d(unbounded, KvGeLine2d(KvGePoint2d(sx, sy), KvGePoint2d(ex, ey), 1, 1), r)) continue;
         r.Segment1() = static_cast<std::uint32_t>(k - ringFirst);
@@ -435,7 +434,14 @@ void KvGePreparedRegion2d::CutLine(const KvGeLine2d& l, KvGeIntrCalculator2d& ca
         const double hmax = std::max(std::max(h00, h01), std::max(h10, h11));
         const double margin =
             1e-12 * (std::fabs(dx) * (kLimit + std::fabs(p1y)) + std::fabs(dy) * (kLimit + std::fabs(p1x)));
-        if (hmin > band + margin || hmax < -band - margin) continue;
+        // Skipped only when every edge of the node would be: the rounding test with the box's
+        // largest coordinate, its nearest corner and the node's shortest edge that can cross at
+        // all (edges no longer than 0.001 cross nothing), each a bound of the edge's own value.
+        const double rBox = std::fmax(std::fmax(std::fabs(nd.xmin), std::fabs(nd.xmax)),
+                                      std::fmax(std::fabs(nd.ymin), std::fabs(nd.ymax)));
+        const double rq = std::fmax(line.r, rBox);
+        if (hmin > band + margin && line.Conditioned(rq, hmin - margin, nd.minLenSqr)) continue;
+        if (hmax < -band - margin && line.Conditioned(rq, -hmax - margin, nd.minLenSqr)) continue;
         if (level > 0) {
           const int c0 = i * kFan;
           const int c1 = std::min(c0 + kFan, m_LevelStart[level] - m_LevelStart[level - 1]) - 1;
@@ -477,6 +483,7 @@ unsigned short KvGePreparedRegion2d::Containment(const KvGePolygon2d& tested) co
 int KvGePreparedRegion2d::Containment(const KvGePoint2dArray& points, KvBtDynArray<unsigned short>& results) const {
   const int n = points.GetSize();
   results.SetSize(n);
+  if (results.GetSize() != n) return 0;  // no memory
   unsigned short* out = results.GetData();
   const KvGePoint2d* p = points.GetData();
   for (int i = 0; i < n; ++i) out[i] = Containment(p[i]);

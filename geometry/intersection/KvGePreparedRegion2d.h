@@ -28,18 +28,25 @@
 /// sort and walk on them: O(k log k) for k edges crossing the line. The same exact path, over all
 /// edges, answers queries at coordinates beyond 1e8 in magnitude or not finite, and every query
 /// of a region holding such coordinates. Lines collect their crossings the same way (nodes whose
-/// box lies wholly on one side of the line are skipped) and go through an intersection calculator
-/// as the free functions do: O(log n + k log k) for k crossings, with the calculator's storage.
+/// box lies wholly on one side of the line are skipped, unless the rounding of the crossing
+/// formula, large where coordinates are large next to the line's or an edge's length, could
+/// bring a crossing into the band) and go through an intersection calculator as the free
+/// functions do: O(log n + k log k) for k crossings, with the calculator's storage.
 ///
-/// Costs: building is linear (one pass over the vertices, one over the runs) and holds about 28
+/// Costs: building is linear (one pass over the vertices, one over the runs) and holds about 30
 /// bytes per edge: two coordinates and the next vertex's index per edge, and per run or node
-/// (about one seventh as many as the edges) a box and the heights of its chain's two ends. A
+/// (about one seventh as many as the edges) a box, the heights of its chain's two ends and the
+/// length of its shortest edge. A
 /// point query opens O(log n) nodes on such outlines, and all of them only where the boxes of
 /// every run hold the point (long interleaved spikes); it allocates nothing, the exact path
 /// using a stack buffer and, beyond 64 crossings, storage kept per thread.
 ///
 /// Concurrency: the object is not changed after it is built; every const member may be called
 /// from any number of threads on one shared object without a lock.
+
+/// \file
+/// Non-finite input and range: every query answers as the free function does; coordinates beyond
+/// 1e8 or not finite take the exact path. See docs/non-finite-policy.md.
 
 #include <cstddef>
 #include <cstdint>
@@ -114,6 +121,9 @@ class KVGE_API KvGePreparedRegion2d {
     /// y of the start of the node's first edge and of the end of its last edge: the chain's
     /// crossing count needs no other vertex unless the node holds a ring seam.
     double yStart, yEnd;
+    /// The squared length of the node's shortest edge longer than 0.0009 (HUGE_VAL if none): a
+    /// line's cut skips the node only when it may skip that edge.
+    double minLenSqr;
     /// The first vertex of the ring of the node's first edge and of its last edge.
     std::int32_t firstA, firstB;
   };

@@ -14,6 +14,11 @@
 /// Degrees convert with the factors 0.017453292519943295 and 57.29577951308232. Division by
 /// exactly 0 leaves the angle unchanged, in place of an error.
 
+/// \file
+/// Non-finite input: Normalize of a NaN or infinite angle, or into a range with an infinite bound,
+/// gives NaN; the direction of a point propagates NaN, and infinite coordinates give their
+/// directions. See docs/non-finite-policy.md.
+
 #include <iosfwd>
 
 #include "basics/KvGeTolerance.h"

@@ -25,7 +25,7 @@ KvGePoint3d KvGePoint2d::Point3d() const { return KvGePoint3d(x, y, 0.0, m_bInfi
 KvGePoint2d& KvGePoint2d::Transform(const KvGeModMat2d& m) { return Set(Vector3() * m); }
 
 KvGeAngle Angle2d(const KvGePoint2d& a, const KvGePoint2d& b) { return KvGeAngle(a, b); }
-double Distance2d(const KvGePoint2d& a, const KvGePoint2d& b) { return std::sqrt(a.DistanceSqr(b)); }
+double Distance2d(const KvGePoint2d& a, const KvGePoint2d& b) { return KvGeVector2(b.x - a.x, b.y - a.y).Length(); }
 double DistanceSqr2d(const KvGePoint2d& a, const KvGePoint2d& b) { return a.DistanceSqr(b); }
 double DotProduct2d(const KvGePoint2d& a, const KvGePoint2d& b) { return a * b; }
 double Determinate(const KvGePoint2d& a, const KvGePoint2d& b) { return a.x * b.y - a.y * b.x; }

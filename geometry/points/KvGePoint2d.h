@@ -10,6 +10,12 @@
 /// which reads its value: a write through a bad index lands there, is what any point then reads
 /// through a bad index, and corrupts no point.
 
+/// \file
+/// Non-finite input and range: arithmetic and distances propagate NaN and infinities; distances
+/// scale before squaring. Normalize returns 0 and Clip2d returns 0, both writing nothing, when a
+/// coordinate is not finite; Between2d gives 0 for NaN; OutCode of NaN is 0 (no comparison holds).
+/// See docs/non-finite-policy.md.
+
 #include <iosfwd>
 
 #include "basics/UtilityGeometryExport.h"
@@ -114,7 +120,8 @@ KVGE_API KvGePoint2d Project2d(const KvGePoint2d& a, const KvGePoint2d& b, const
 KVGE_API int Between2d(const KvGePoint2d& a, const KvGePoint2d& b, const KvGePoint2d& p);
 /// Clips p1-p2 in place to the box min-max (Cohen-Sutherland, tolerance 0.001); 1 when a part
 /// remains. The ends may come back exchanged, deliberately; an end within 0.001 outside the box
-/// is left where it is.
+/// is left where it is. On 0 (the segment outside, or a coordinate of an end or a corner not
+/// finite) the ends are not touched.
 KVGE_API int Clip2d(KvGePoint2d& p1, KvGePoint2d& p2, const KvGePoint2d& min, const KvGePoint2d& max);
 /// Direction tests on the position vectors, with the angle band of 1e-6 radians; a zero vector
 /// has the direction 0.

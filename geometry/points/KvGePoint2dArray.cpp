@@ -4,6 +4,7 @@
 #include <climits>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -32,7 +33,24 @@ double PlanArea(const A& a) {
     const auto& r = p[i + 1 < n ? i + 1 : 0];
     s += (q.y + r.y) * (q.x - r.x);
   }
-  return 0.5 * s;
+  if (std::isfinite(s)) return 0.5 * s;
+  // The sums or products overflowed (coordinates near the largest double), or a coordinate is
+  // not finite. Finite rings are summed again scaled by a power of two near their largest
+  // coordinate, exactly, and scaled back: the area is then infinite only when it is.
+  double m = 0.0;
+  for (int i = 0; i < n; ++i) m = std::fmax(m, std::fmax(std::fabs(p[i].x), std::fabs(p[i].y)));
+  if (!std::isfinite(m) || std::isnan(s)) {
+    for (int i = 0; i < n; ++i)
+      if (!std::isfinite(p[i].x) || !std::isfinite(p[i].y)) return std::numeric_limits<double>::quiet_NaN();
+  }
+  const int e = std::ilogb(m);
+  s = 0.0;
+  for (int i = 0; i < n; ++i) {
+    const auto& q = p[i];
+    const auto& r = p[i + 1 < n ? i + 1 : 0];
+    s += (std::ldexp(q.y, -e) + std::ldexp(r.y, -e)) * (std::ldexp(q.x, -e) - std::ldexp(r.x, -e));
+  }
+  return std::ldexp(0.5 * s, 2 * e);
 }
 
 // The index of the smallest point by axis `first` (values within 0.001 tie) then by axis
@@ -123,7 +141,7 @@ void EncodeCoordinate(double v, char out[5]) {
   else if (tenths >= 0.0)
     n = static_cast<unsigned>(static_cast<int>(tenths));
   else
-    n = 0;  // NaN
+    n = 0;  // NaN: Serialize refuses it before, this keeps the cast defined all the same
   std::snprintf(out, 5, "%4x", n);
 }
 
@@ -204,8 +222,14 @@ void KvGePoint2dArray::sortByYX() { SortBy(*this, 1, 0); }
 
 void KvGePoint2dArray::Serialize(KvBtArchive& ar) {
   if (ar.IsStoring()) {
+    if (ar.IsFailed()) return;
     // Each point takes 8 characters; a string holds at most INT_MAX of them.
     const int count = GetSize() < INT_MAX / 8 ? GetSize() : INT_MAX / 8;
+    for (int i = 0; i < count; ++i)
+      if (std::isnan(m_pData[i].x) || std::isnan(m_pData[i].y)) {
+        ar.SetFailed();
+        return;
+      }
     std::string text(static_cast<std::size_t>(count) * 8, ' ');
     char field[5];
     for (int i = 0; i < count; ++i) {
@@ -226,6 +250,7 @@ void KvGePoint2dArray::Serialize(KvBtArchive& ar) {
     const int count = static_cast<int>(s.size() / 8);
     KvGePoint2dArray loaded;
     loaded.SetSize(count);
+    if (loaded.GetSize() != count) return;  // no memory: unchanged
     for (int i = 0; i < count; ++i) {
       const char* field = s.data() + static_cast<std::size_t>(i) * 8;
       loaded.m_pData[i].Set(DecodeCoordinate(field), DecodeCoordinate(field + 4), 0);

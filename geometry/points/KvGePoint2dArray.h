@@ -11,7 +11,10 @@
 /// one string of four-character "%4x" fields, x then y for each point, each a signed 16-bit
 /// sign-and-magnitude number in tenths (the value rounded to 0.1, clamped to -3276.7 .. 3276.7;
 /// the flag of a point at infinity is not stored). 1.2 is stored as three blanks and "c", -0.1
-/// as "8001", 5000.0 as "7fff", -5000.0 as "ffff"; a NaN coordinate is stored as 0.
+/// as "8001", 5000.0 as "7fff", -5000.0 as "ffff"; infinities are clamped like any value out of
+/// range. A NaN coordinate has no code in the format: an array holding one is refused, nothing is
+/// written and the archive goes into its failure state, so a stored array always loads back as
+/// what was stored.
 /// Loading accepts versions 1 and 2 and replaces the content by the decoded points; a remainder
 /// shorter than 8 characters is ignored. Loading is fed untrusted bytes and never reads outside
 /// the string: each field is read as by sscanf("%4x") on those four characters alone (leading
@@ -19,6 +22,12 @@
 /// ends the field; what a sign or "0x" prefix makes of it is taken modulo 0x10000). A version
 /// other than 1 or 2, or an archive that fails before the whole string is read, leaves the array
 /// unchanged.
+
+/// \file
+/// Non-finite input and range: Area, Perimeter and Schwerpunkt propagate NaN; Area rescales when
+/// its sums overflow, so rings near the largest double have their finite areas. The stored form
+/// refuses an array holding NaN (nothing written, the archive fails) and clamps infinities. See
+/// docs/non-finite-policy.md.
 
 #include <initializer_list>
 #include <iosfwd>

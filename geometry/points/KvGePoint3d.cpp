@@ -67,13 +67,15 @@ const KvGePoint3d& KvGePoint3d_ZAxis() {
 }
 
 KvGeAngle Angle2d(const KvGePoint3d& a, const KvGePoint3d& b) { return KvGeAngle(a, b); }
-double Distance2d(const KvGePoint3d& a, const KvGePoint3d& b) { return std::sqrt(DistanceSqr2d(a, b)); }
+double Distance2d(const KvGePoint3d& a, const KvGePoint3d& b) { return KvGeVector2(b.x - a.x, b.y - a.y).Length(); }
 double DistanceSqr2d(const KvGePoint3d& a, const KvGePoint3d& b) {
   const double dx = b.x - a.x, dy = b.y - a.y;
   return dx * dx + dy * dy;
 }
 double DotProduct2d(const KvGePoint3d& a, const KvGePoint3d& b) { return a.x * b.x + a.y * b.y; }
-double Distance3d(const KvGePoint3d& a, const KvGePoint3d& b) { return std::sqrt(a.DistanceSqr(b)); }
+double Distance3d(const KvGePoint3d& a, const KvGePoint3d& b) {
+  return KvGeVector3(b.x - a.x, b.y - a.y, b.z - a.z).Length();
+}
 double DistanceSqr3d(const KvGePoint3d& a, const KvGePoint3d& b) { return a.DistanceSqr(b); }
 double DotProduct3d(const KvGePoint3d& a, const KvGePoint3d& b) { return a * b; }
 
@@ -92,22 +94,43 @@ int Clip3d(KvGePoint3d& p1, KvGePoint3d& p2, const KvGePoint3d& min, const KvGeP
 }
 
 int ClipConical3d(KvGePoint3d& p1, KvGePoint3d& p2, double zmin) {
+  if (!std::isfinite(zmin)) return 0;
   const auto code = [zmin](const KvGePoint3d& p) { return p.OutCode(zmin, kKvGeLinearTol); };
   const auto step = [zmin](KvGePoint3d& a, const KvGePoint3d& b, int c) {
     const double x1 = a.x, y1 = a.y, z1 = a.z, x2 = b.x, y2 = b.y, z2 = b.z;
-    double t;
-    if (c & 1)
-      t = (z1 + x1) / ((z1 - z2) + (x1 - x2));
-    else if (c & 2)
-      t = (z1 - x1) / ((x2 - x1) - (z2 - z1));
-    else if (c & 4)
-      t = (y1 + z1) / ((z1 - z2) + (y1 - y2));
-    else if (c & 8)
-      t = (z1 - y1) / ((y2 - y1) - (z2 - z1));
-    else
-      t = ((c & 16 ? zmin : 1.0) - z1) / (z2 - z1);
-    a.x = x1 + (x2 - x1) * t;
-    a.y = y1 + (y2 - y1) * t;
+    // f1 and f2 are the signed distances of the ends from the plane in the step's own
+    // measure, t = f1 / (f1 - f2): the same parameter as (z1 - x1) / ((x2 - x1) - (z2 - z1))
+    // and its kin, with each end's difference taken first, so that a far end (4e16 and
+    // beyond) does not cancel the denominator. f1 is outside by more than 0.001 and f2 is not
+    // (or the codes would share the bit), so f1 - f2 is not 0.
+    double f1, f2;
+    if (c & 1) {
+      f1 = z1 + x1;
+      f2 = z2 + x2;
+    } else if (c & 2) {
+      f1 = z1 - x1;
+      f2 = z2 - x2;
+    } else if (c & 4) {
+      f1 = y1 + z1;
+      f2 = y2 + z2;
+    } else if (c & 8) {
+      f1 = z1 - y1;
+      f2 = z2 - y2;
+    } else {
+      const double zz = c & 16 ? zmin : 1.0;
+      f1 = z1 - zz;
+      f2 = z2 - zz;
+    }
+    const double t = f1 / (f1 - f2);
+    // Interpolated from the nearer end, so that a far end's size does not swamp the result.
+    if (t <= 0.5) {
+      a.x = x1 + (x2 - x1) * t;
+      a.y = y1 + (y2 - y1) * t;
+    } else {
+      const double s = f2 / (f2 - f1);  // 1 - t
+      a.x = x2 + (x1 - x2) * s;
+      a.y = y2 + (y1 - y2) * s;
+    }
     // The new z comes from the new x or y, so the end lies exactly on the slanted plane.
     if (c & 1)
       a.z = -a.x;
@@ -159,7 +182,10 @@ int PenetrationPoint(KvGePoint3d& r, const KvGePoint3d& planePoint, const KvGePo
   const double den = planeNormal * d;
   if (eps > std::fabs(den)) return 0;
   const double t = -(planeNormal * (linePoint - planePoint)) / den / len;
-  r = linePoint + lineDirection * t;
+  const KvGePoint3d at = linePoint + lineDirection * t;
+  // NaN passes the strict tests above; a point that is not finite is no piercing point.
+  if (!KvGeDetail::IsFinitePoint(at)) return 0;
+  r = at;
   return 1;
 }
 
@@ -169,10 +195,15 @@ int OrthonormalBasis(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint
   const KvGePoint3d v = d - c;
   const double s = u * u;
   if (IsEqual(s, 0.0, kKvGeLinearTol)) return 0;
-  e1 = u / std::sqrt(s);
-  e2 = v - u * ((v * u) / s);
-  e2.Normalize();
-  e3 = CrossProduct(e1, e2);
+  const KvGePoint3d f1 = u / u.Length();
+  KvGePoint3d f2 = v - u * ((v * u) / s);
+  f2.Normalize();
+  const KvGePoint3d f3 = CrossProduct(f1, f2);
+  // Not finite input, or an overflow on the way, builds no frame.
+  if (!KvGeDetail::IsFinitePoint(f1) || !KvGeDetail::IsFinitePoint(f2) || !KvGeDetail::IsFinitePoint(f3)) return 0;
+  e1 = f1;
+  e2 = f2;
+  e3 = f3;
   return 1;
 }
 
@@ -188,7 +219,9 @@ int Intersection(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& 
   const double s = (CrossProduct(w, v) * n) / den;
   const double t = (CrossProduct(w, u) * n) / den;
   if (mode == 1 && (s < -tol || s > 1.0 + tol || t < -tol || t > 1.0 + tol)) return 0;
-  r = a + u * s;
+  const KvGePoint3d at = a + u * s;
+  if (!KvGeDetail::IsFinitePoint(at)) return 0;  // NaN passes the tests above
+  r = at;
   return 1;
 }
 

@@ -9,6 +9,13 @@
 /// KvGePoint23d adds a height: the point stands for the vertical range z .. z + height. Setting z
 /// keeps the top where it was.
 
+/// \file
+/// Non-finite input and range: as for plane points. Clip2d, Clip3d and ClipConical3d return 0 and
+/// leave both ends as they were when a coordinate of an end or a corner is not finite;
+/// ClipConical3d interpolates from the end nearer the plane, so a far end gives the exact crossing.
+/// PenetrationPoint, OrthonormalBasis, Intersection and CircleMatch3Points write nothing unless
+/// their results are finite. See docs/non-finite-policy.md.
+
 #include <iosfwd>
 
 #include "basics/UtilityGeometryExport.h"
@@ -181,9 +188,11 @@ KVGE_API double DotProduct3d(const KvGePoint3d& a, const KvGePoint3d& b);
 /// plan position that came back first and still its own z). On 0 the ends are not touched.
 KVGE_API int Clip2d(KvGePoint3d& p1, KvGePoint3d& p2, const KvGePoint3d& min, const KvGePoint3d& max);
 /// Cohen-Sutherland in space against the box, tolerance 0.001; the ends may come back exchanged.
+/// On 0 (outside, or a coordinate not finite) the ends are not touched, for all three clips.
 KVGE_API int Clip3d(KvGePoint3d& p1, KvGePoint3d& p2, const KvGePoint3d& min, const KvGePoint3d& max);
 /// Clipping to the perspective view volume of OutCode(zmin): an end moved onto a slanted plane
-/// gets its z from the new x or y, so it lies exactly on the plane.
+/// gets its z from the new x or y, so it lies exactly on the plane. A step interpolates from the
+/// end nearer the plane, so an end far away (4e16 and beyond) still gives the exact crossing.
 KVGE_API int ClipConical3d(KvGePoint3d& p1, KvGePoint3d& p2, double zmin);
 
 /// The plan foot of p on the line a-b, with the z of p.

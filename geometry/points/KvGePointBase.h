@@ -22,6 +22,8 @@
 /// and bit 2 << 2k when it is above max by more than tol: a point within tol outside counts as
 /// inside.
 
+#include <cmath>
+
 #include "basics/KvGeTolerance.h"
 #include "basics/companion/KvBtCompare.h"
 #include "geometry/algebra/KvGeCoordBase.h"
@@ -142,6 +144,14 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   }
 };
 
+/// 1 when every coordinate of p is finite.
+template <class P>
+bool IsFinitePoint(const P& p) {
+  for (unsigned i = 0; i < p.Dim(); ++i)
+    if (!std::isfinite(p[i])) return false;
+  return true;
+}
+
 /// Foot of p on the infinite line through a and b: a when the line is no longer than 0.001
 /// (squared length <= 1e-6); not clamped to the segment.
 template <class P>
@@ -154,14 +164,15 @@ P ProjectOnLine(const P& a, const P& b, const P& p) {
 }
 
 /// Where the foot of p falls on the segment a-b: -1 before a, 1 at a, 0 strictly between, 2 at
-/// b, -2 beyond b (ends within 0.001 along the segment); 0 for a segment no longer than 0.001.
-/// The distance of p from the line is not looked at.
+/// b, -2 beyond b (ends within 0.001 along the segment); 0 for a segment no longer than 0.001
+/// and for a NaN coordinate. The distance of p from the line is not looked at.
 template <class P>
 int BetweenOnSegment(const P& a, const P& b, const P& p) {
   const P d = b - a;
   const double len = d.Length();
   if (!IsGreater(len, 0.0, kKvGeLinearTol)) return 0;
   const double t = ((p - a) * d) / len;
+  if (std::isnan(t)) return 0;  // no position: the answer of a degenerate segment
   int c = KvBtRealCompare(t, 0.0, kKvGeLinearTol);
   if (c < 0) return -1;
   if (c == 0) return 1;
@@ -175,21 +186,29 @@ int BetweenOnSegment(const P& a, const P& b, const P& p) {
 /// region code, step(p1, p2, c1) moves p1 onto the first boundary that c1 names. The segment is
 /// rejected (0) when both codes share a bit and accepted (1) when both are 0; when only p2 is
 /// outside the ends are exchanged and stay so: the caller gets the segment, not its orientation.
-/// A bounded number of passes guards against coordinates that are not finite.
+/// The ends are written only on success: a coordinate that is not finite, at the start or
+/// after a step (a step that overflows), fails the clip with 0 and leaves both ends as they
+/// were, and so does a rejection after steps. A bounded number of passes guards the loop.
 template <class P, class Code, class Step>
 int CohenSutherland(P& p1, P& p2, Code code, Step step) {
+  P a = p1, b = p2;
   for (int pass = 0; pass < 64; ++pass) {
-    int c1 = code(p1);
-    const int c2 = code(p2);
+    if (!IsFinitePoint(a) || !IsFinitePoint(b)) return 0;
+    int c1 = code(a);
+    const int c2 = code(b);
     if (c1 & c2) return 0;
     if (c1 == 0) {
-      if (c2 == 0) return 1;
-      const P t = p1;
-      p1 = p2;
-      p2 = t;
+      if (c2 == 0) {
+        p1 = a;
+        p2 = b;
+        return 1;
+      }
+      const P t = a;
+      a = b;
+      b = t;
       c1 = c2;
     }
-    step(p1, p2, c1);
+    step(a, b, c1);
   }
   return 0;
 }
@@ -200,6 +219,7 @@ int CohenSutherland(P& p1, P& p2, Code code, Step step) {
 /// t = (X - x1) / (x2 - x1).
 template <class P, unsigned N>
 int ClipToBox(P& p1, P& p2, const P& min, const P& max) {
+  if (!IsFinitePoint(min) || !IsFinitePoint(max)) return 0;
   const auto code = [&](const P& p) { return p.OutCode(min, max, kKvGeLinearTol); };
   const auto step = [&](P& a, const P& b, int c) {
     for (unsigned k = 0; k < N; ++k) {

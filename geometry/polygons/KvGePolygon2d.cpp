@@ -14,6 +14,7 @@ KvGePolyVert2d::~KvGePolyVert2d() = default;
 
 KvGePolygon2d::KvGePolygon2d(const KvGePolygon3d& polygon) {
   SetSize(polygon.GetSize());
+  if (GetSize() != polygon.GetSize()) return;  // no memory: stays empty
   for (int i = 0; i < polygon.GetSize(); ++i) m_pData[i].Set(polygon[i].x, polygon[i].y, 0);
 }
 
@@ -40,6 +41,7 @@ double KvGePolygon2dArray::Area() const {
 
 KvGePolyline2d& KvGePolyline2d::Set(const KvGePoint3dArray& points) {
   SetSize(points.GetSize());
+  if (GetSize() != points.GetSize()) return *this;  // no memory: unchanged
   for (int i = 0; i < points.GetSize(); ++i) m_pData[i].Set(points[i].x, points[i].y, points[i].m_bInfinite);
   return *this;
 }

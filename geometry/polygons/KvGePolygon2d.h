@@ -28,6 +28,10 @@
 /// no vertex lies within 0.001 of the line through its neighbours; no ring has an area below
 /// 1e-6. Rings may touch at single vertices.
 
+/// \file
+/// Non-finite input and range: the region booleans and Normalize refuse a coordinate beyond 1e9 or
+/// not finite and leave the set unchanged; areas propagate NaN. See docs/non-finite-policy.md.
+
 #include <cstdint>
 #include <initializer_list>
 #include <iosfwd>

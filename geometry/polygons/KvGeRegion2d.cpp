@@ -164,6 +164,7 @@ bool ToPaths(const KvGePolygon2dArray& set, int first, CL::Paths& paths) {
 void FromPath(const CL::Path& path, KvGePolygon2d& ring) {
   ring.SetSize(static_cast<int>(path.size()));
   KvGePoint2d* out = ring.GetData();
+  if (static_cast<std::size_t>(ring.GetSize()) != path.size()) return;  // no memory
   for (std::size_t k = 0; k < path.size(); ++k)
     out[k].Set(static_cast<double>(path[k].X) / kKvGeRegionScale, static_cast<double>(path[k].Y) / kKvGeRegionScale, 0);
 }
@@ -302,6 +303,7 @@ void Tidy(const CL::PolyTree& first, CL::Paths& paths) {
 
 void ToSet(const CL::Paths& paths, KvGePolygon2dArray& set) {
   set.SetSize(static_cast<int>(paths.size()));
+  if (static_cast<std::size_t>(set.GetSize()) != paths.size()) return;  // no memory
   for (std::size_t i = 0; i < paths.size(); ++i) FromPath(paths[i], set.GetData()[i]);
 }
 
@@ -429,7 +431,7 @@ KvGePolygon2dArray& KvGePolygon2dArray::Negate() {
   if (GetSize() == 0) return *this;
   KvGePolygon2d frame;
   frame.SetSize(4);
-  for (int i = 0; i < 4; ++i) frame.GetData()[i].Set(kFrame[i][0], kFrame[i][1], 0);
+  for (int i = 0; i < frame.GetSize(); ++i) frame.GetData()[i].Set(kFrame[i][0], kFrame[i][1], 0);
   for (KvGePolygon2d& ring : *this) ring.Invert();
   InsertAt(0, frame);
   return *this;
@@ -642,6 +644,7 @@ int RemoveSchlaufen2d(KvGePolyline2d& polyline) {
     }
     if (path.size() == static_cast<std::size_t>(n)) return 1;
     polyline.SetSize(static_cast<int>(path.size()));
+    if (static_cast<std::size_t>(polyline.GetSize()) != path.size()) return 0;
     for (std::size_t k = 0; k < path.size(); ++k) polyline.GetData()[k].Set(path[k].x, path[k].y, 0);
     return 1;
   });
@@ -661,6 +664,7 @@ int StreckenzugKorrigieren2d(KvGePolyline2d& polyline, double eps) {
     if (keep.size() == pts.size()) return 1;
     KvGePolyline2d cleaned;
     cleaned.SetSize(static_cast<int>(keep.size()));
+    if (static_cast<std::size_t>(cleaned.GetSize()) != keep.size()) return 0;
     for (std::size_t k = 0; k < keep.size(); ++k) cleaned.GetData()[k] = polyline.GetData()[keep[k]];
     polyline = cleaned;
     return 1;
@@ -681,6 +685,7 @@ int StreckenzugKorrigieren2d(KvGePolygon2d& polygon, double eps) {
     std::sort(keep.begin(), keep.end());
     KvGePolygon2d cleaned;
     cleaned.SetSize(static_cast<int>(keep.size()));
+    if (static_cast<std::size_t>(cleaned.GetSize()) != keep.size()) return 0;
     for (std::size_t k = 0; k < keep.size(); ++k) cleaned.GetData()[k] = polygon.GetData()[keep[k]];
     polygon = cleaned;
     return 1;

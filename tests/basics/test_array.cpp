@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <string>
 #include <vector>
 
@@ -212,3 +213,31 @@ static_assert(KvBtIsRelocatable<KvGeLine23d>::value && KvBtIsRelocatable<KvGeBox
 static_assert(KvBtIsRelocatable<KvGeAngle>::value && KvBtIsRelocatable<KvGePolyVert2d>::value);
 static_assert(!KvBtIsRelocatable<std::string>::value && !KvBtIsRelocatable<KvBtString>::value);
 static_assert(!KvBtIsRelocatable<std::vector<int>>::value);
+
+// Under AddressSanitizer an allocation beyond what the machine has must come back as nullptr,
+// as it does from the C library, instead of ending the program: the test below asks for one.
+extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
+
+// Reallocate threw std::bad_alloc out of the library. Running out of memory now leaves the array
+// as it was and reports -1 where a result is returned.
+TEST(Array, OutOfMemoryKeepsTheArrayAndThrowsNothing) {
+  struct Block {
+    char bytes[1 << 16];
+  };
+  KvBtArray<Block, const Block&> a;
+  a.SetSize(3);
+  a[1].bytes[0] = 'x';
+  const Block* data = a.GetData();
+  a.SetSize(INT_MAX);  // 2^47 bytes
+  EXPECT_EQ(a.GetSize(), 3);
+  EXPECT_EQ(a.GetCapacity(), 3);
+  EXPECT_EQ(a.GetData(), data);
+  EXPECT_EQ(a[1].bytes[0], 'x');
+  a.InsertAt(1, a[0], INT_MAX - 3);
+  EXPECT_EQ(a.GetSize(), 3);
+  EXPECT_EQ(a[1].bytes[0], 'x');
+  KvBtArray<Block, const Block&> empty;
+  empty.SetSize(INT_MAX);
+  EXPECT_EQ(empty.GetSize(), 0);
+  EXPECT_EQ(empty.GetData(), nullptr);
+}

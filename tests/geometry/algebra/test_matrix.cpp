@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
 
 #include "geometry/algebra/KvGeMatrix.h"
@@ -188,4 +189,62 @@ TEST(Matrix, VectorDeterminantsAndFourDimensionalNormal) {
   EXPECT_NEAR(
       Determinate(KvGeVector4(2, 0, 0, 0), KvGeVector4(0, 3, 0, 0), KvGeVector4(0, 0, 1, 0), KvGeVector4(0, 0, 0, -1)),
       -6.0, 1e-12);
+}
+
+// diag(1e200, 1) overflowed the squares of the decomposition: it passed for regular with a NaN
+// determinant, and Solve and Invert returned 1 with NaN results.
+TEST(Matrix, HugeFiniteEntriesDecomposeExactly) {
+  const KvGeMatrix2X2 m(1e200, 1.0);
+  EXPECT_EQ(m.IsSingular(), 0);
+  EXPECT_DOUBLE_EQ(m.Det(), 1e200);
+  KvGeVector2 x;
+  ASSERT_EQ(m.Solve(KvGeVector2(1e200, 3.0), x), 1);
+  EXPECT_DOUBLE_EQ(x.x, 1.0);
+  EXPECT_DOUBLE_EQ(x.y, 3.0);
+  KvGeMatrix2X2 inv = m;
+  ASSERT_EQ(inv.Invert(), 1);
+  EXPECT_DOUBLE_EQ(inv(0, 0), 1e-200);
+  EXPECT_DOUBLE_EQ(inv(1, 1), 1.0);
+  // A product beyond the largest double is an infinite determinant, and the solution is still
+  // finite.
+  const KvGeMatrix3X3 big(1e200, 1e200, 1.0);
+  EXPECT_TRUE(std::isinf(big.Det()));
+  KvGeVector3 y;
+  ASSERT_EQ(big.Solve(KvGeVector3(1e200, 2e200, 3.0), y), 1);
+  EXPECT_DOUBLE_EQ(y.x, 1.0);
+  EXPECT_DOUBLE_EQ(y.y, 2.0);
+  EXPECT_DOUBLE_EQ(y.z, 3.0);
+  EXPECT_EQ(KvGeMatrix4X4(1e-160, 1e-160, 1e-160, 1e-160).Det(), 0.0);  // 1e-640 underflows to 0
+}
+
+// Non-finite elements or right-hand sides: Solve and Invert returned 1 with NaN output. They
+// fail now and write nothing; IsSingular says 1 and Det propagates NaN.
+TEST(Matrix, NonFiniteInputFailsAndWritesNothing) {
+  const double nan = std::nan(""), inf = HUGE_VAL;
+  for (double bad : {nan, inf, -inf}) {
+    SCOPED_TRACE(bad);
+    KvGeMatrix3X3 m(2.0, 3.0, 4.0);
+    m(1, 2) = bad;
+    const KvGeVector3 keep(7, 8, 9);
+    KvGeVector3 x = keep;
+    EXPECT_EQ(m.Solve(KvGeVector3(1, 1, 1), x), 0);
+    EXPECT_TRUE(x.IsEqualTo(keep, 0.0));
+    EXPECT_EQ(KvGeMatrix3X3(2.0, 3.0, 4.0).Solve(KvGeVector3(1, bad, 1), x), 0);
+    EXPECT_TRUE(x.IsEqualTo(keep, 0.0));
+    KvGeMatrix3X3 inv = m;
+    EXPECT_EQ(inv.Invert(), 0);
+    EXPECT_EQ(inv.IsFinite(), 0);
+    EXPECT_TRUE(std::isinf(inv(1, 2)) || std::isnan(inv(1, 2)));  // unchanged
+    EXPECT_EQ(m.IsSingular(), 1);
+    EXPECT_TRUE(std::isnan(m.Det()));
+  }
+}
+
+// GetMember read outside the matrix for an index of 4 or more.
+TEST(Matrix4X4, GetMemberAbsorbsABadIndex) {
+  const KvGeMatrix4X4 m(1.0, 2.0, 3.0, 4.0);
+  EXPECT_EQ(m.GetMember(3, 3), 4.0);
+  EXPECT_EQ(m.GetMember(4, 0), 0.0);
+  EXPECT_EQ(m.GetMember(0, 4), 0.0);
+  EXPECT_EQ(m.GetMember(~0u, ~0u), 0.0);
 }

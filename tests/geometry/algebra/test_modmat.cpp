@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <new>
 
 #include "geometry/algebra/KvGeModMat.h"
@@ -130,4 +131,15 @@ TEST(ModMat, PointerArrayDestroysDistinctNeighboursOnly) {
   KvGeModMat3dpArray withStorage;
   withStorage.Add(nullptr);
   withStorage.RemoveAll();
+}
+
+// The axis of length 1e200 overflowed when normalised, and the rotation was no rotation.
+TEST(ModMat3d, RotationAboutAHugeAxis) {
+  KvGeModMat3d m;
+  m.SetRotate(KvGeAngle(M_PI / 2), P(0, 0, 1e200));
+  EXPECT_TRUE(Near(P(1, 0, 0).Transformed(m), P(0, 1, 0)));
+  m.SetRotate(KvGeAngle(M_PI / 2), P(1e300, 0, 0));
+  EXPECT_TRUE(Near(P(0, 1, 0).Transformed(m), P(0, 0, 1)));
+  m.SetRotate(KvGeAngle(M_PI / 2), P(std::nan(""), 0, 1));  // no direction: the identity
+  EXPECT_TRUE(m.IsEqualTo(KvGeModMat3d(), 0.0));
 }

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "geometry/algebra/KvGeVector.h"
 
 namespace {
@@ -101,4 +103,25 @@ TEST(Vector, FamilyMembers) {
   EXPECT_TRUE(r.SetSubVector3(KvGeVector3(7, 8, 9), 0) == KvGeVector4(1, 7, 8, 9));
   EXPECT_TRUE(r.SetSubVector3(KvGeVector3(5, 5, 5), 9) == KvGeVector4(5, 5, 5, 9));
   EXPECT_EQ(KvGeVector4().Dim(), 4u);
+}
+
+// Normalize of (1e200, 0, 0) squared the component into infinity, returned 1 and left a zero
+// vector. Lengths scale before squaring now, and a vector that is not finite is refused.
+TEST(Vector, HugeAndNonFiniteComponents) {
+  KvGeVector3 v(1e200, 0.0, 0.0);
+  EXPECT_EQ(v.Length(), 1e200);
+  ASSERT_EQ(v.Normalize(), 1);
+  EXPECT_EQ(v.x, 1.0);
+  EXPECT_DOUBLE_EQ(KvGeVector2(3e307, 4e307).Length(), 5e307);
+  EXPECT_DOUBLE_EQ(KvGeVector2(3e-200, 4e-200).Length(), 5e-200);  // no underflow either
+  EXPECT_DOUBLE_EQ(KvGeVector4(1e150, 1e150, 1e150, 1e150).Length(), 2e150);
+  KvGeVector2 w(1e308, 1e308);
+  ASSERT_EQ(w.Normalize(), 1);
+  EXPECT_DOUBLE_EQ(w.x, std::sqrt(0.5));
+  for (double bad : {std::nan(""), HUGE_VAL}) {
+    KvGeVector2 u(bad, 1.0);
+    EXPECT_EQ(u.Normalize(), 0);
+    EXPECT_EQ(u.y, 1.0);
+    EXPECT_FALSE(std::isfinite(u.Length()));
+  }
 }

@@ -132,6 +132,27 @@ TEST(LineCrossing, ClosedSequence) {
   EXPECT_EQ(Intersection2d(closed, low, out, 1), 2);
   EXPECT_EQ(out.GetSize(), 6);
   EXPECT_EQ(Intersection2d(KvGeLine2d(KvGePoint2d(5, 0), KvGePoint2d(5, 0.0009), 0), closed, out, 0), 0);
+
+  // Each edge reports what its own crossing with the line reports, also where the rounding of
+  // the crossing formula on coordinates near 1e6, next to a line 0.03 long, puts the crossing
+  // into the band of an edge whose ends both lie 0.0016 or more off the line.
+  const double x = 1000004.81, y = 1e6;
+  const KvGePoint2dArray spike = Ring({{x + 0.01, y + 5}, {x + 0.01, y + 0.0016}, {x - 3, y + 2}});
+  for (const int segment : {0, 1}) {
+    SCOPED_TRACE(segment);
+    const KvGeLine2d line(KvGePoint2d(x, y), KvGePoint2d(x + 0.03, y), segment);
+    KvGeIntrPoint2dArray each;
+    for (int i = 0; i < 3; ++i) {
+      KvGeIntrPoint2d r;
+      if (Intersection2d(line, KvGeLine2d(spike[i], spike[(i + 1) % 3]), r)) each.Add(r);
+    }
+    ASSERT_GT(each.GetSize(), 0);
+    ASSERT_EQ(Intersection2d(line, spike, out, 0), each.GetSize());
+    for (int i = 0; i < each.GetSize(); ++i) {
+      EXPECT_EQ(out[i].Param0(), each[i].Param0());
+      EXPECT_EQ(out[i].EndCode1(), each[i].EndCode1());
+    }
+  }
 }
 
 TEST(LineCrossing, ParallelAndPiercing) {

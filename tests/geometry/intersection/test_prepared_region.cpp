@@ -278,6 +278,18 @@ TEST(PreparedRegion, ExtremeCoordinates) {
       EXPECT_EQ(pp.Containment(l), Containment(l, r));
     }
   }
+  // Near 1e6 a line 0.03 long crosses, by the rounding of the crossing formula, an edge whose
+  // ends lie 0.0016 and more off it: the box of the ring lies beside the line beyond the band,
+  // and yet the free cut reports the crossings (the line passes inside the tip), so the tree
+  // must not skip it.
+  const double x = 1000004.81, y = 1e6;
+  const KvGePolygon2d spike = Ring({{x - 3, y + 2}, {x + 0.01, y + 0.0016}, {x + 0.01, y + 5}});
+  const KvGePreparedRegion2d ps(spike);
+  const KvGeLine2d l(KvGePoint2d(x, y), KvGePoint2d(x + 0.03, y), 0, 1);
+  KvBtDynArray<KvGeLine2d> free, prepared;
+  EXPECT_EQ(ps.Containment(l), Containment(l, spike));
+  EXPECT_EQ(ps.Intersection2d(l, prepared, 1), Intersection2d(l, spike, free, 1));
+  EXPECT_GT(free.GetSize(), 0);
 }
 
 TEST(PreparedRegion, KeepsItsOwnCopyAndStartsEmpty) {

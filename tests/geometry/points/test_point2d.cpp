@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "geometry/algebra/KvGeModMat.h"
 #include "geometry/points/KvGePoint2d.h"
 #include "geometry/points/KvGePoint3d.h"
@@ -117,7 +119,8 @@ TEST(Point2d, ClipCohenSutherland) {
       {P(-5, 5), P(15, 5), 1, P(10, 5), P(0, 5)},  // both ends move; the exchange stays
       {P(-5, -5), P(15, 15), 1, P(10, 10), P(0, 0)},
       {P(-5, 12), P(12, -5), 1, P(7, 0), P(0, 7)},
-      {P(-5, 1), P(1, -5), 0, P(0, -4), P(1, -5)},  // passes the corner outside, after one move
+      {P(-5, 1), P(1, -5), 0, P(-5, 1), P(1, -5)},  // passes the corner outside: rejected after one
+                                                    // move, the ends as they were
       {P(2, 2), P(3, 3), 1, P(2, 2), P(3, 3)},
   };
   for (const Row& r : rows) {
@@ -180,4 +183,20 @@ TEST(Point2d, TransformByModellingMatrix) {
   ExpectPoint(P(2, 1).Transformed(KvGeModMat2d().SetEnlRel(3, 2, P(1, 1))), 4, 1, 0);
   ExpectPoint(P(2, 1).Transformed(KvGeModMat2d().SetScale(3, 2).CatTran(P(1, 1))), 7, 3, 0);
   ExpectPoint(P(2, 1).Transformed(KvGeModMat2d().SetTran(1, 1).CatScale(3, 2)), 9, 4, 0);
+}
+
+// Clip2d with a NaN end returned 1 and handed back NaN ends. An end or a corner that is not
+// finite fails the clip now, and the ends stay as they were.
+TEST(Point2d, ClipWithANonFiniteEndFails) {
+  const double nan = std::nan(""), inf = HUGE_VAL;
+  const P lo(0, 0), hi(10, 10);
+  for (const P& bad : {P(nan, 5), P(5, nan), P(inf, 5), P(-inf, 5)}) {
+    P p1(5, 5), p2 = bad;
+    EXPECT_EQ(Clip2d(p1, p2, lo, hi), 0);
+    EXPECT_TRUE(p1.IsEqualTo(P(5, 5), 0.0));
+    EXPECT_EQ(std::isnan(p2.x), std::isnan(bad.x));
+    P q1(5, 5), q2(6, 6);
+    EXPECT_EQ(Clip2d(q1, q2, lo, bad), 0);
+    EXPECT_TRUE(q1.IsEqualTo(P(5, 5), 0.0) && q2.IsEqualTo(P(6, 6), 0.0));
+  }
 }

@@ -171,3 +171,24 @@ TEST(Point3d, PiercingBasisIntersectionCircle) {
   EXPECT_NEAR(CircleMatch3Points(P(3, 0, 5), P(0, 3, 5), P(-3, 0, 5), c), 3.0, 1e-12);
   EXPECT_TRUE(Near(c, P(0, 0, 5)));
 }
+
+// With the other end near 4e16 the step's denominator cancelled: 1 with NaN or wrong ends. The
+// exact crossing is (2/3, 0, 1): the segment leaves through the far plane first.
+TEST(Point3d, ClipConicalWithAFarEnd) {
+  for (double far : {4e16, 1e17, 1e300}) {
+    SCOPED_TRACE(far);
+    P a(0, 0, 0.5), b(far, 0, 0.75 * far);
+    ASSERT_EQ(ClipConical3d(a, b, 0.1), 1);
+    EXPECT_TRUE(Near(a, P(2.0 / 3.0, 0, 1), 1e-12));
+    EXPECT_TRUE(Near(b, P(0, 0, 0.5)));
+    // Along the slanted side x = z, leaving through the far plane at (0.5, 0, 1).
+    P c(0, 0, 0.5), d(far, 0, far);
+    ASSERT_EQ(ClipConical3d(c, d, 0.1), 1);
+    EXPECT_TRUE(Near(c, P(0.5, 0, 1), 1e-12));
+  }
+  // An end that is not finite fails and leaves both ends alone.
+  P e(0, 0, 0.5), f(std::nan(""), 0, 3);
+  EXPECT_EQ(ClipConical3d(e, f, 0.1), 0);
+  EXPECT_TRUE(Near(e, P(0, 0, 0.5)));
+  EXPECT_TRUE(std::isnan(f.x));
+}

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
 #include <sstream>
 #include <string>
@@ -195,4 +196,35 @@ TEST(PointArray, SpaceArrayInPlanAndInSpace) {
   EXPECT_TRUE(wall.BoundingBox() == KvGeBox3d(Q(0, 0, 0), Q(3, 0, 4)));
   EXPECT_EQ(wall.Normalized2d()[0].x, 0.0);
   EXPECT_TRUE(KvGePoint3dArray(wall).SetZ(1).BoundingBox(KvGeModMat3d().SetTran(0, 0, 1)).Min() == Q(0, 0, 2));
+}
+
+// Rings with coordinates near 1e308 overflowed the sums of the area into infinity or NaN.
+TEST(PointArray, AreaNearTheLargestDouble) {
+  KvGePoint2dArray a;
+  for (const P& p : {P(0, 1e308), P(1, 1e308), P(1, 1.5e308), P(0, 1.5e308)}) a.Add(p);
+  EXPECT_DOUBLE_EQ(a.Area(), 0.5e308);
+  a.Invert();
+  EXPECT_DOUBLE_EQ(a.Area(), -0.5e308);
+  EXPECT_EQ(a.Sense(), -1);
+  KvGePoint2dArray big;  // the true area, 2e616, is beyond every double
+  for (const P& p : {P(-1e308, -1e308), P(1e308, -1e308), P(1e308, 1e308)}) big.Add(p);
+  EXPECT_EQ(big.Area(), HUGE_VAL);
+  big[1].x = std::nan("");
+  EXPECT_TRUE(std::isnan(big.Area()));
+}
+
+// The stored form wrote a NaN coordinate as 0, so what loaded was not what had been stored. An
+// array holding NaN is refused now: nothing is written and the archive fails, and the next
+// object is not written after it either.
+TEST(PointArray, StoredFormRefusesNaN) {
+  KvGePoint2dArray a;
+  a.Add(P(1.2, std::nan("")));
+  std::stringstream bytes;
+  KvBtArchive out(bytes, KvBtArchive::kStore);
+  a.Serialize(out);
+  EXPECT_EQ(out.IsFailed(), 1);
+  KvGePoint2dArray ok;
+  ok.Add(P(1, 2));
+  ok.Serialize(out);
+  EXPECT_TRUE(bytes.str().empty());
 }
