@@ -1,14 +1,26 @@
 // Region union, difference and offset of the library against Boost.Geometry, GEOS (when found)
-// and the clipping library called directly on the same integer data. Every contender gets the
-// same generated data, prepared in its own types before timing; the library's own figures
-// include its conversion to and from integers and its normalisation. Compare as ratios:
-//   ours / Boost.Geometry, ours / GEOS (both should be below 1), ours / direct clipping (at
-//   most 1.5).
+// and the clipping library called directly on the same integer data, in one run on the same
+// generated data. Each contender gets the data prepared in its own types before timing; the
+// library's figures include the copy of its input set, its conversion to and from integers, the
+// placing of holes after their outer rings and the clean-up into the normalised form. The direct
+// clipping calls return the plain list of rings, their cheapest form.
+//
+// Before timing, the area of every contender's result is printed next to the library's (the
+// offsets may differ a little: each library cuts a miter at the limit in its own way). The cases
+// run three times, interleaved; the summary gives the median CPU time of each and the ratio of
+// the library's time to it: below 1 for Boost.Geometry and GEOS, at most 1.5 for the direct
+// clipping calls is the aim.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <clipper.hpp>
 #include <cmath>
+#include <cstdio>
+#include <functional>
+#include <map>
+#include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 #if defined(__GNUC__) && !defined(__clang__)
@@ -149,221 +161,279 @@ BMulti BoostCascade(std::vector<BMulti> pieces) {
   return pieces.empty() ? BMulti() : pieces[0];
 }
 
-// ---- our library --------------------------------------------------------------------------
+// ---- the cases ----------------------------------------------------------------------------
 
-void OursUnion(benchmark::State& state, const KvGePolygon2dArray& set) {
-  for (auto _ : state) {
-    KvGePolygon2dArray region = set;
-    benchmark::DoNotOptimize(region.Normalize());
-    benchmark::DoNotOptimize(region.GetData());
-  }
+// One contender of one case: runs the operation once; with area set it returns the area of the
+// result (outside the timing), else 0.
+using Contender = std::function<double(bool area)>;
+
+struct Entry {
+  std::string name;
+  Contender run;
+};
+std::vector<Entry> g_cases;
+
+void Add(const std::string& group, const std::string& impl, Contender run) {
+  g_cases.push_back(Entry{group + "/" + impl, run});
+  benchmark::RegisterBenchmark(g_cases.back().name.c_str(), [run](benchmark::State& state) {
+    for (auto _ : state) benchmark::DoNotOptimize(run(false));
+  })->Unit(benchmark::kMillisecond);
 }
 
-void ClipperUnion(benchmark::State& state, const CL::Paths& paths) {
-  for (auto _ : state) {
+double ClipperArea(const CL::Paths& paths) {
+  double a = 0.0;
+  for (const CL::Path& p : paths) a += CL::Area(p);
+  return a / (kKvGeRegionScale * kKvGeRegionScale);
+}
+
+Contender OursUnion(const KvGePolygon2dArray& set) {
+  return [&set](bool area) {
+    KvGePolygon2dArray region = set;
+    region.Normalize();
+    return area ? region.Area() : 0.0;
+  };
+}
+
+Contender ClipperUnion(const KvGePolygon2dArray& set) {
+  auto paths = std::make_shared<CL::Paths>(ToClipper(set));
+  return [paths](bool area) {
     CL::Clipper c;
-    c.AddPaths(paths, CL::ptSubject, true);
+    c.AddPaths(*paths, CL::ptSubject, true);
     CL::Paths out;
     c.Execute(CL::ctUnion, out, CL::pftPositive, CL::pftPositive);
-    benchmark::DoNotOptimize(out.data());
-  }
+    return area ? ClipperArea(out) : 0.0;
+  };
 }
 
-void BoostUnion(benchmark::State& state, const std::vector<BMulti>& pieces) {
-  for (auto _ : state) {
-    BMulti out = BoostCascade(pieces);
-    benchmark::DoNotOptimize(out.data());
-  }
+Contender BoostUnion(const KvGePolygon2dArray& set) {
+  auto pieces = std::make_shared<std::vector<BMulti>>(ToBoostPieces(set));
+  return [pieces](bool area) {
+    const BMulti out = BoostCascade(*pieces);
+    return area ? bg::area(out) : 0.0;
+  };
 }
 
-const KvGePolygon2dArray& GridData() {
-  static const KvGePolygon2dArray data = Grid();
-  return data;
-}
-const KvGePolygon2dArray& RectData() {
-  static const KvGePolygon2dArray data = RandomRects();
-  return data;
-}
-const KvGePolygon2dArray& RoomData() {
-  static const KvGePolygon2dArray data = Rooms();
-  return data;
-}
-const KvGePolygon2dArray& HoleData() {
-  static const KvGePolygon2dArray data = Holes();
-  return data;
-}
-const KvGePolygon2d& StarData() {
-  static const KvGePolygon2d data = Star();
-  return data;
+void AddUnion(const std::string& group, const KvGePolygon2dArray& set) {
+  Add(group, "library", OursUnion(set));
+  Add(group, "clipper", ClipperUnion(set));
+  Add(group, "boost_geometry", BoostUnion(set));
 }
 
-void BM_GridUnion_Ours(benchmark::State& s) { OursUnion(s, GridData()); }
-void BM_GridUnion_Clipper(benchmark::State& s) { ClipperUnion(s, ToClipper(GridData())); }
-void BM_GridUnion_Boost(benchmark::State& s) { BoostUnion(s, ToBoostPieces(GridData())); }
-void BM_RectUnion_Ours(benchmark::State& s) { OursUnion(s, RectData()); }
-void BM_RectUnion_Clipper(benchmark::State& s) { ClipperUnion(s, ToClipper(RectData())); }
-void BM_RectUnion_Boost(benchmark::State& s) { BoostUnion(s, ToBoostPieces(RectData())); }
-
-void BM_Difference_Ours(benchmark::State& state) {
-  for (auto _ : state) {
-    KvGePolygon2dArray rooms = RoomData();
-    rooms -= HoleData();
-    benchmark::DoNotOptimize(rooms.GetData());
-  }
-}
-void BM_Difference_Clipper(benchmark::State& state) {
-  const CL::Paths a = ToClipper(RoomData()), b = ToClipper(HoleData());
-  for (auto _ : state) {
+void AddDifference(const KvGePolygon2dArray& rooms, const KvGePolygon2dArray& holes) {
+  Add("difference", "library", [&](bool area) {
+    KvGePolygon2dArray result = rooms;
+    result -= holes;
+    return area ? result.Area() : 0.0;
+  });
+  auto a = std::make_shared<CL::Paths>(ToClipper(rooms)), b = std::make_shared<CL::Paths>(ToClipper(holes));
+  Add("difference", "clipper", [a, b](bool area) {
     CL::Clipper c;
-    c.AddPaths(a, CL::ptSubject, true);
-    c.AddPaths(b, CL::ptClip, true);
+    c.AddPaths(*a, CL::ptSubject, true);
+    c.AddPaths(*b, CL::ptClip, true);
     CL::Paths out;
     c.Execute(CL::ctDifference, out, CL::pftPositive, CL::pftPositive);
-    benchmark::DoNotOptimize(out.data());
-  }
-}
-void BM_Difference_Boost(benchmark::State& state) {
-  BMulti a;
-  for (const BMulti& m : ToBoostPieces(RoomData())) a.push_back(m[0]);
-  const BPolygon b = ToBoostWithHoles(HoleData());
-  for (auto _ : state) {
+    return area ? ClipperArea(out) : 0.0;
+  });
+  auto ba = std::make_shared<BMulti>();
+  for (const BMulti& m : ToBoostPieces(rooms)) ba->push_back(m[0]);
+  auto bb = std::make_shared<BPolygon>(ToBoostWithHoles(holes));
+  Add("difference", "boost_geometry", [ba, bb](bool area) {
     BMulti out;
-    bg::difference(a, b, out);
-    benchmark::DoNotOptimize(out.data());
-  }
+    bg::difference(*ba, *bb, out);
+    return area ? bg::area(out) : 0.0;
+  });
 }
 
-void BM_StarOffset_Ours(benchmark::State& state) {
-  for (auto _ : state) {
+void AddOffset(const KvGePolygon2d& star) {
+  Add("star_offset", "library", [&](bool area) {
     KvGePolygon2dArray out;
-    benchmark::DoNotOptimize(ParallelPolygon2d(StarData(), kStarOffset, out, kKvGeJoinMiter, 2.0));
-    benchmark::DoNotOptimize(out.GetData());
-  }
-}
-void BM_StarOffset_Clipper(benchmark::State& state) {
-  KvGePolygon2dArray star;
-  star.Add(StarData());
-  const CL::Paths paths = ToClipper(star);
-  for (auto _ : state) {
+    ParallelPolygon2d(star, kStarOffset, out, kKvGeJoinMiter, 2.0);
+    return area ? out.Area() : 0.0;
+  });
+  KvGePolygon2dArray set;
+  set.Add(star);
+  auto paths = std::make_shared<CL::Paths>(ToClipper(set));
+  Add("star_offset", "clipper", [paths](bool area) {
     CL::ClipperOffset co(2.0);
-    co.AddPaths(paths, CL::jtMiter, CL::etClosedPolygon);
+    co.AddPaths(*paths, CL::jtMiter, CL::etClosedPolygon);
     CL::Paths out;
     co.Execute(out, kStarOffset * kKvGeRegionScale);
-    benchmark::DoNotOptimize(out.data());
-  }
-}
-void BM_StarOffset_Boost(benchmark::State& state) {
-  BPolygon star;
-  star.outer() = ToBoostRing(StarData());
-  for (auto _ : state) {
+    return area ? ClipperArea(out) : 0.0;
+  });
+  auto bstar = std::make_shared<BPolygon>();
+  bstar->outer() = ToBoostRing(star);
+  Add("star_offset", "boost_geometry", [bstar](bool area) {
     BMulti out;
-    bg::buffer(star, out, bg::strategy::buffer::distance_symmetric<double>(kStarOffset),
+    bg::buffer(*bstar, out, bg::strategy::buffer::distance_symmetric<double>(kStarOffset),
                bg::strategy::buffer::side_straight(), bg::strategy::buffer::join_miter(2.0),
                bg::strategy::buffer::end_flat(), bg::strategy::buffer::point_circle(8));
-    benchmark::DoNotOptimize(out.data());
-  }
+    return area ? bg::area(out) : 0.0;
+  });
 }
-
-BENCHMARK(BM_GridUnion_Ours)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_GridUnion_Clipper)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_GridUnion_Boost)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_RectUnion_Ours)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_RectUnion_Clipper)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_RectUnion_Boost)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Difference_Ours)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Difference_Clipper)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Difference_Boost)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_StarOffset_Ours)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_StarOffset_Clipper)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_StarOffset_Boost)->Unit(benchmark::kMillisecond);
 
 // ---- GEOS ---------------------------------------------------------------------------------
 #ifdef UG_BENCH_HAVE_GEOS
 
-struct Geos {
-  GEOSContextHandle_t ctx = GEOS_init_r();
-  ~Geos() { GEOS_finish_r(ctx); }
-  GEOSGeometry* Ring(const KvGePolygon2d& ring) const {
-    const unsigned n = static_cast<unsigned>(ring.GetSize());
-    GEOSCoordSequence* seq = GEOSCoordSeq_create_r(ctx, n + 1, 2);
-    for (unsigned i = 0; i <= n; ++i) {
-      const KvGePoint2d& p = ring.GetData()[i % n];
-      GEOSCoordSeq_setXY_r(ctx, seq, i, p.x, p.y);
-    }
-    return GEOSGeom_createLinearRing_r(ctx, seq);
-  }
-  GEOSGeometry* Polygon(const KvGePolygon2d& outer) const {
-    return GEOSGeom_createPolygon_r(ctx, Ring(outer), nullptr, 0);
-  }
-  // Every ring its own polygon, in one collection.
-  GEOSGeometry* Collection(const KvGePolygon2dArray& set) const {
-    std::vector<GEOSGeometry*> parts;
-    for (const KvGePolygon2d& ring : set) parts.push_back(Polygon(ring));
-    return GEOSGeom_createCollection_r(ctx, GEOS_GEOMETRYCOLLECTION, parts.data(), static_cast<unsigned>(parts.size()));
-  }
-  GEOSGeometry* WithHoles(const KvGePolygon2dArray& set) const {
-    std::vector<GEOSGeometry*> holes;
-    for (int i = 1; i < set.GetSize(); ++i) holes.push_back(Ring(set.GetData()[i]));
-    return GEOSGeom_createPolygon_r(ctx, Ring(set.GetData()[0]), holes.data(), static_cast<unsigned>(holes.size()));
-  }
-};
+GEOSContextHandle_t g_geos = nullptr;
 
-void GeosUnion(benchmark::State& state, const KvGePolygon2dArray& set) {
-  Geos g;
-  GEOSGeometry* input = g.Collection(set);
-  for (auto _ : state) {
-    GEOSGeometry* out = GEOSUnaryUnion_r(g.ctx, input);
-    benchmark::DoNotOptimize(out);
-    GEOSGeom_destroy_r(g.ctx, out);
+GEOSGeometry* GeosRing(const KvGePolygon2d& ring) {
+  const unsigned n = static_cast<unsigned>(ring.GetSize());
+  GEOSCoordSequence* seq = GEOSCoordSeq_create_r(g_geos, n + 1, 2);
+  for (unsigned i = 0; i <= n; ++i) {
+    const KvGePoint2d& p = ring.GetData()[i % n];
+    GEOSCoordSeq_setXY_r(g_geos, seq, i, p.x, p.y);
   }
-  GEOSGeom_destroy_r(g.ctx, input);
-}
-void BM_GridUnion_Geos(benchmark::State& s) { GeosUnion(s, GridData()); }
-void BM_RectUnion_Geos(benchmark::State& s) { GeosUnion(s, RectData()); }
-
-void BM_Difference_Geos(benchmark::State& state) {
-  Geos g;
-  std::vector<GEOSGeometry*> rooms;
-  for (const KvGePolygon2d& ring : RoomData()) rooms.push_back(g.Polygon(ring));
-  GEOSGeometry* a =
-      GEOSGeom_createCollection_r(g.ctx, GEOS_MULTIPOLYGON, rooms.data(), static_cast<unsigned>(rooms.size()));
-  GEOSGeometry* b = g.WithHoles(HoleData());
-  for (auto _ : state) {
-    GEOSGeometry* out = GEOSDifference_r(g.ctx, a, b);
-    benchmark::DoNotOptimize(out);
-    GEOSGeom_destroy_r(g.ctx, out);
-  }
-  GEOSGeom_destroy_r(g.ctx, a);
-  GEOSGeom_destroy_r(g.ctx, b);
+  return GEOSGeom_createLinearRing_r(g_geos, seq);
 }
 
-void BM_StarOffset_Geos(benchmark::State& state) {
-  Geos g;
-  GEOSGeometry* star = g.Polygon(StarData());
-  for (auto _ : state) {
-    GEOSGeometry* out = GEOSBufferWithStyle_r(g.ctx, star, kStarOffset, 8, GEOSBUF_CAP_FLAT, GEOSBUF_JOIN_MITRE, 2.0);
-    benchmark::DoNotOptimize(out);
-    GEOSGeom_destroy_r(g.ctx, out);
-  }
-  GEOSGeom_destroy_r(g.ctx, star);
+GEOSGeometry* GeosPolygon(const KvGePolygon2d& outer) {
+  return GEOSGeom_createPolygon_r(g_geos, GeosRing(outer), nullptr, 0);
 }
 
-BENCHMARK(BM_GridUnion_Geos)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_RectUnion_Geos)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Difference_Geos)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_StarOffset_Geos)->Unit(benchmark::kMillisecond);
+// Every ring its own polygon, in one collection of the given type.
+GEOSGeometry* GeosCollection(const KvGePolygon2dArray& set, int type) {
+  std::vector<GEOSGeometry*> parts;
+  for (const KvGePolygon2d& ring : set) parts.push_back(GeosPolygon(ring));
+  return GEOSGeom_createCollection_r(g_geos, type, parts.data(), static_cast<unsigned>(parts.size()));
+}
+
+GEOSGeometry* GeosWithHoles(const KvGePolygon2dArray& set) {
+  std::vector<GEOSGeometry*> holes;
+  for (int i = 1; i < set.GetSize(); ++i) holes.push_back(GeosRing(set.GetData()[i]));
+  return GEOSGeom_createPolygon_r(g_geos, GeosRing(set.GetData()[0]), holes.data(),
+                                  static_cast<unsigned>(holes.size()));
+}
+
+// The geometries live until the program ends.
+std::vector<GEOSGeometry*> g_geosInputs;
+
+double GeosArea(GEOSGeometry* g, bool area) {
+  double a = 0.0;
+  if (area) GEOSArea_r(g_geos, g, &a);
+  GEOSGeom_destroy_r(g_geos, g);
+  return a;
+}
+
+void AddGeos(const KvGePolygon2dArray& grid, const KvGePolygon2dArray& rects, const KvGePolygon2dArray& rooms,
+             const KvGePolygon2dArray& holes, const KvGePolygon2d& star) {
+  GEOSGeometry* g = GeosCollection(grid, GEOS_GEOMETRYCOLLECTION);
+  GEOSGeometry* r = GeosCollection(rects, GEOS_GEOMETRYCOLLECTION);
+  GEOSGeometry* a = GeosCollection(rooms, GEOS_MULTIPOLYGON);
+  GEOSGeometry* b = GeosWithHoles(holes);
+  GEOSGeometry* s = GeosPolygon(star);
+  g_geosInputs = {g, r, a, b, s};
+  Add("grid_union", "geos", [g](bool area) { return GeosArea(GEOSUnaryUnion_r(g_geos, g), area); });
+  Add("rect_union", "geos", [r](bool area) { return GeosArea(GEOSUnaryUnion_r(g_geos, r), area); });
+  Add("difference", "geos", [a, b](bool area) { return GeosArea(GEOSDifference_r(g_geos, a, b), area); });
+  Add("star_offset", "geos", [s](bool area) {
+    return GeosArea(GEOSBufferWithStyle_r(g_geos, s, kStarOffset, 8, GEOSBUF_CAP_FLAT, GEOSBUF_JOIN_MITRE, 2.0), area);
+  });
+}
 
 #endif
+
+// The area of every contender's result next to the library's, relative difference in brackets.
+void PrintAreas() {
+  std::printf("%-32s %18s %12s\n", "case (result area)", "area", "vs library");
+  std::map<std::string, double> library;
+  for (const Entry& e : g_cases) {
+    const std::size_t slash = e.name.rfind('/');
+    const std::string group = e.name.substr(0, slash), impl = e.name.substr(slash + 1);
+    const double a = e.run(true);
+    if (impl == "library") library[group] = a;
+    std::printf("%-32s %18.6f", e.name.c_str(), a);
+    if (impl != "library" && library.count(group) != 0)
+      std::printf(" %12.2e", (a - library[group]) / std::max(1.0, std::fabs(library[group])));
+    std::printf("\n");
+  }
+  std::printf("\n");
+}
+
+// One line per case once all have run: the median CPU time over the repetitions and, for the
+// others, the ratio of the library's time on the same case to theirs.
+class RatioReporter : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      const bool single = run.run_type == Run::RT_Iteration && run.repetitions <= 1;
+      const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
+      if ((single || median) && !run.error_occurred)
+        m_ms[run.run_name.function_name] = run.GetAdjustedCPUTime() * Milliseconds(run.time_unit);
+    }
+  }
+  void Finalize() override {
+    std::printf("%-32s %12s %15s\n", "case (median CPU time)", "time", "library / this");
+    std::map<std::string, double> library;
+    for (const Entry& e : g_cases) {
+      const auto found = m_ms.find(e.name);
+      if (found == m_ms.end()) continue;
+      const std::size_t slash = e.name.rfind('/');
+      const std::string group = e.name.substr(0, slash), impl = e.name.substr(slash + 1);
+      std::printf("%-32s %9.2f ms", e.name.c_str(), found->second);
+      if (impl == "library")
+        library[group] = found->second;
+      else if (library.count(group) != 0)
+        std::printf(" %14.2fx", library[group] / found->second);
+      std::printf("\n");
+    }
+    std::fflush(stdout);
+  }
+
+ private:
+  static double Milliseconds(benchmark::TimeUnit unit) {
+    switch (unit) {
+      case benchmark::kSecond:
+        return 1e3;
+      case benchmark::kMillisecond:
+        return 1.0;
+      case benchmark::kMicrosecond:
+        return 1e-3;
+      default:
+        return 1e-6;
+    }
+  }
+  std::map<std::string, double> m_ms;
+};
 
 }  // namespace
 
 int main(int argc, char** argv) {
-#ifndef UG_BENCH_HAVE_GEOS
+  // Three runs per case, interleaved in random order, unless the command line says otherwise (a
+  // later flag wins).
+  std::vector<char*> args(argv, argv + argc);
+  char defaultMinTime[] = "--benchmark_min_time=0.2";
+  char defaultRepetitions[] = "--benchmark_repetitions=3";
+  char defaultAggregates[] = "--benchmark_display_aggregates_only=true";
+  char defaultInterleaving[] = "--benchmark_enable_random_interleaving=true";
+  args.insert(args.begin() + 1, {defaultMinTime, defaultRepetitions, defaultAggregates, defaultInterleaving});
+  int count = static_cast<int>(args.size());
+  benchmark::Initialize(&count, args.data());
+  if (benchmark::ReportUnrecognizedArguments(count, args.data())) return 1;
+
+  const KvGePolygon2dArray grid = Grid(), rects = RandomRects(), rooms = Rooms(), holes = Holes();
+  const KvGePolygon2d star = Star();
+  AddUnion("grid_union", grid);
+  AddUnion("rect_union", rects);
+  AddDifference(rooms, holes);
+  AddOffset(star);
+#ifdef UG_BENCH_HAVE_GEOS
+  g_geos = GEOS_init_r();
+  AddGeos(grid, rects, rooms, holes, star);
+#else
   std::printf("GEOS was not found when this benchmark was built: its cases are skipped.\n");
 #endif
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  benchmark::RunSpecifiedBenchmarks();
+  // The summary lists the cases by case, then by contender.
+  std::stable_sort(g_cases.begin(), g_cases.end(), [](const Entry& a, const Entry& b) {
+    return a.name.substr(0, a.name.rfind('/')) < b.name.substr(0, b.name.rfind('/'));
+  });
+  PrintAreas();
+
+  RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
+#ifdef UG_BENCH_HAVE_GEOS
+  for (GEOSGeometry* g : g_geosInputs) GEOSGeom_destroy_r(g_geos, g);
+  GEOS_finish_r(g_geos);
+#endif
   return 0;
 }

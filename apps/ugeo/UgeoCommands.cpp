@@ -409,6 +409,9 @@ void UgeoBoolean(const UgeoOptions& o, UgeoOutput& out, int op) {
 }
 
 void UgeoOffset(const UgeoOptions& o, UgeoOutput& out) {
+  // The options are checked here, so that a refusal below can only concern the region or D.
+  if (!std::isfinite(o.miterLimit)) throw UgeoError("--miter-limit: expected a finite number");
+  if (!(o.eps > 0.0) || !std::isfinite(o.eps)) throw UgeoError("--eps: expected a finite number above 0");
   const double d = UgeoNumber("D", 2, o.second);
   const KvGeJoin2d join = o.join == "round" ? kKvGeJoinRound : o.join == "square" ? kKvGeJoinSquare : kKvGeJoinMiter;
   const KvGeEnd2d ends = o.ends == "round" ? kKvGeEndRound : o.ends == "square" ? kKvGeEndSquare : kKvGeEndButt;

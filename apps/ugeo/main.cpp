@@ -17,6 +17,7 @@
 #include <functional>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "UgeoCommands.h"
@@ -206,11 +207,16 @@ int Run(int argc, char** argv) {
     return 2;
   }
 
-  // CLI11 takes "-5" for a number but "-.5" for an option; "-0.5" is the same number.
+  // CLI11 takes "-5" for a number but "-.5" for an option; "-0.5" is the same number. D gets
+  // its text back after parsing, so that a message about it counts offsets in what was typed.
   std::vector<std::string> args;
+  std::vector<std::pair<std::string, std::string>> widened;
   for (int i = argc - 1; i > 0; --i) {
     std::string a = argv[i];
-    if (a.size() > 2 && a[0] == '-' && a[1] == '.' && a[2] >= '0' && a[2] <= '9') a.insert(1, "0");
+    if (a.size() > 2 && a[0] == '-' && a[1] == '.' && a[2] >= '0' && a[2] <= '9') {
+      widened.emplace_back(std::string(a).insert(1, "0"), a);
+      a.insert(1, "0");
+    }
     args.push_back(a);
   }
 
@@ -230,6 +236,8 @@ int Run(int argc, char** argv) {
     std::fprintf(stderr, "error: %s (see ugeo --help)\n", what.c_str());
     return 2;
   }
+  for (const auto& w : widened)
+    if (o.second == w.first) o.second = w.second;
   UgeoOutput out(o.json);
   if (action) action(out);
   out.Finish();

@@ -32,24 +32,62 @@ int Finite(double x, double y) { return std::isfinite(x) && std::isfinite(y); }
 
 void Num(double v, std::string& out) { KvGeWriteWktNumber(v + 0.0, out); }
 
+// The length of the well-formed UTF-8 sequence at s[i] (1 to 4 bytes, no overlong forms, no
+// surrogates, at most U+10FFFF), or 0.
+std::size_t Utf8Length(const std::string& s, std::size_t i) {
+  const unsigned char c = static_cast<unsigned char>(s[i]);
+  std::size_t n = 0;
+  unsigned lo = 0x80, hi = 0xBF;  // the range of the second byte
+  if (c < 0x80) return 1;
+  if (c >= 0xC2 && c <= 0xDF) {
+    n = 2;
+  } else if (c >= 0xE0 && c <= 0xEF) {
+    n = 3;
+    if (c == 0xE0) lo = 0xA0;
+    if (c == 0xED) hi = 0x9F;
+  } else if (c >= 0xF0 && c <= 0xF4) {
+    n = 4;
+    if (c == 0xF0) lo = 0x90;
+    if (c == 0xF4) hi = 0x8F;
+  } else {
+    return 0;
+  }
+  if (i + n > s.size()) return 0;
+  for (std::size_t k = 1; k < n; ++k) {
+    const unsigned char b = static_cast<unsigned char>(s[i + k]);
+    if (b < (k == 1 ? lo : 0x80) || b > (k == 1 ? hi : 0xBF)) return 0;
+  }
+  return n;
+}
+
+// Text as XML character data. What XML 1.0 cannot hold - control bytes other than tab, line
+// feed and carriage return, and bytes that are not well-formed UTF-8 - becomes U+FFFD, so that a
+// title or label taken from anywhere leaves the document well-formed.
 void Escaped(const std::string& text, std::string& out) {
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += c;
+  for (std::size_t i = 0; i < text.size();) {
+    const char c = text[i];
+    const std::size_t n = Utf8Length(text, i);
+    if (n == 0 || (static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r')) {
+      out += "\xEF\xBF\xBD";
+      // A broken sequence is replaced as a whole: its lead byte and the continuation bytes after it.
+      ++i;
+      while (n == 0 && i < text.size() && (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80) ++i;
+      continue;
     }
+    if (n > 1) {
+      out.append(text, i, n);
+    } else if (c == '&') {
+      out += "&amp;";
+    } else if (c == '<') {
+      out += "&lt;";
+    } else if (c == '>') {
+      out += "&gt;";
+    } else if (c == '"') {
+      out += "&quot;";
+    } else {
+      out += c;
+    }
+    i += n;
   }
 }
 
@@ -63,7 +101,7 @@ KvGeSvgWriter& KvGeSvgWriter::SetWidth(int pixels) {
 }
 
 KvGeSvgWriter& KvGeSvgWriter::SetMargin(double fraction) {
-  m_Margin = (fraction > 0.0 && std::isfinite(fraction)) ? fraction : 0.0;
+  m_Margin = (fraction > 0.0 && std::isfinite(fraction)) ? std::fmin(fraction, 1e6) : 0.0;
   return *this;
 }
 
@@ -168,9 +206,18 @@ KvGeSvgWriter& KvGeSvgWriter::Clear() {
 }
 
 KvGeBox2d KvGeSvgWriter::BoundingBox() const {
+  // Started at the first point rather than folded into the empty box, whose corners at 1e9 would
+  // otherwise stretch the view of content lying beyond them.
   KvGeBox2d box;
-  for (const Item& item : m_Items)
-    for (std::size_t i = 0; i + 1 < item.xy.size(); i += 2) box.Include(KvGePoint2d(item.xy[i], item.xy[i + 1]));
+  bool any = false;
+  for (const Item& item : m_Items) {
+    for (std::size_t i = 0; i + 1 < item.xy.size(); i += 2) {
+      const KvGePoint2d p(item.xy[i], item.xy[i + 1]);
+      if (!any) box.Set(p, p);
+      box.Include(p);
+      any = true;
+    }
+  }
   return box;
 }
 
@@ -181,6 +228,18 @@ void KvGeSvgWriter::Render(std::string& out) const {
   const int empty = box.Min().x > box.Max().x || box.Min().y > box.Max().y;
   double x0 = empty ? 0.0 : box.Min().x, x1 = empty ? 1.0 : box.Max().x;
   double y0 = empty ? 0.0 : box.Min().y, y1 = empty ? 1.0 : box.Max().y;
+  // Content whose extent, with the margin and times the width in pixels, overflows a double
+  // (finite coordinates near 1e308 on both sides) is viewed in units scaled down by a power of
+  // two, so that no pixel is NaN.
+  double s = 1.0;
+  for (int k = 0; k < 5; ++k) {
+    if (std::isfinite(0x1p32 * (1.0 + 2.0 * m_Margin) * std::fmax(x1 * s - x0 * s, y1 * s - y0 * s))) break;
+    s *= 1.0 / 256.0;
+  }
+  x0 *= s;
+  x1 *= s;
+  y0 *= s;
+  y1 *= s;
   const double extent = std::fmax(x1 - x0, y1 - y0);
   const double least = (extent > 1e-290 && std::isfinite(extent)) ? 0.02 * extent : 1.0;
   if (x1 - x0 < least) {
@@ -199,10 +258,15 @@ void KvGeSvgWriter::Render(std::string& out) const {
   double height = std::round(m_Width * vh / vw);
   if (!(height >= 16.0)) height = 16.0;
   if (height > 100000.0) height = 100000.0;
-  const double scale = m_Width / vw;  // pixels per drawing unit
-  // Pixels from the top left corner, y turned downward as SVG counts it.
-  const auto px = [&](double x, std::string& to) { Num(std::round((x - left) * scale * 100.0) / 100.0, to); };
-  const auto py = [&](double y, std::string& to) { Num(std::round((top - y) * scale * 100.0) / 100.0, to); };
+  const double scale = m_Width / vw;  // pixels per (scaled) drawing unit
+  // Pixels from the top left corner, y turned downward as SVG counts it, moved by a number of
+  // pixels right (dx) and up (dy).
+  const auto px = [&](double x, std::string& to, double dx = 0.0) {
+    Num(std::round(((x * s - left) * scale + dx) * 100.0) / 100.0, to);
+  };
+  const auto py = [&](double y, std::string& to, double dy = 0.0) {
+    Num(std::round(((top - y * s) * scale - dy) * 100.0) / 100.0, to);
+  };
 
   out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"";
   out += std::to_string(m_Width);
@@ -242,9 +306,9 @@ void KvGeSvgWriter::Render(std::string& out) const {
           out += "<text class=\"";
           out += style;
           out += "\" x=\"";
-          px(x + 5.0 / scale, out);
+          px(x, out, 5.0);
           out += "\" y=\"";
-          py(y + 5.0 / scale, out);
+          py(y, out, 5.0);
           out += "\">";
           Escaped(item.text, out);
           out += "</text>\n";

@@ -58,9 +58,10 @@ class KVGE_API KvGeSvgWriter {
   /// height follows from the content's aspect ratio.
   KvGeSvgWriter& SetWidth(int pixels);
   /// The margin around the content as a fraction of its larger extent (default 0.05; negative
-  /// values count as 0).
+  /// values count as 0, values above 1e6 as 1e6).
   KvGeSvgWriter& SetMargin(double fraction);
-  /// A title shown by viewers (the SVG title element); empty for none. Text is escaped.
+  /// A title shown by viewers (the SVG title element); empty for none. Text is escaped; bytes
+  /// that XML cannot hold (control bytes, malformed UTF-8) become U+FFFD.
   KvGeSvgWriter& SetTitle(const std::string& title);
 
   /// A polygon set as one region: every ring a subpath, holes shown by the even-odd rule.
@@ -80,7 +81,8 @@ class KVGE_API KvGeSvgWriter {
   /// Every point, each as a small disc.
   KvGeSvgWriter& AddPoints(const KvGePoint2dArray& points, KvGeSvgStyle style = KvGeSvgStyle::kPoint);
   /// Text whose lower left corner sits a little up and right of the point; the point itself
-  /// counts for the view box, the text does not. Text is escaped.
+  /// counts for the view box, the text does not. Text is escaped; bytes XML cannot hold (control
+  /// bytes, malformed UTF-8) become U+FFFD.
   KvGeSvgWriter& AddLabel(const KvGePoint2d& at, const std::string& text, KvGeSvgStyle style = KvGeSvgStyle::kLabel);
   /// Any geometry read from WKT, in plan for the Z kinds: areas as regions, lines as polylines,
   /// points as points. Nothing for kNone.

@@ -1262,9 +1262,13 @@ int KvGeWktGeometry::GetRegion(KvGePolygon2dArray& out) const {
 }
 
 KvGeBox2d KvGeWktGeometry::BoundingBox() const {
+  // Started at the first point rather than folded into the empty box, whose corners at 1e9 would
+  // otherwise reach into the box of coordinates lying beyond them.
   KvGeBox2d box;
   KvGePoint2dArray points;
-  if (GetPoints(points))
+  if (GetPoints(points) && points.GetSize() > 0) {
+    box.Set(points[0], points[0]);
     for (const KvGePoint2d& p : points) box.Include(p);
+  }
   return box;
 }

@@ -256,7 +256,8 @@ class KVGE_API KvGeWktGeometry {
   /// in plan; Points3d() keeps it as read, as KvGePolygon3d does).
   int GetRegion(KvGePolygon2dArray& out) const;
 
-  /// The box of all coordinates in plan; the empty box when there are none.
+  /// The box of all coordinates in plan, however far from the origin; the empty box when there
+  /// are none.
   KvGeBox2d BoundingBox() const;
 
  private:

@@ -53,7 +53,7 @@ double LineDistSqr(const Pt& a, const Pt& b, const Pt& p) {
 // pts[a] and pts[c], or, when that line is undefined (pts[a] and pts[c] within eps: a spike out
 // and back), of the line from pts[a] through the farthest of them. The points of a spike are
 // marked, since they lie off every later line and have gone for their own reason.
-bool Removable(const std::vector<Pt>& pts, std::vector<char>& spike, int a, int c, double eps) {
+bool RemovableScan(const std::vector<Pt>& pts, std::vector<char>& spike, int a, int c, double eps) {
   const double epsSqr = eps * eps;
   Pt lineEnd = pts[c];
   bool outAndBack = false;
@@ -75,14 +75,77 @@ bool Removable(const std::vector<Pt>& pts, std::vector<char>& spike, int a, int 
   return true;
 }
 
+// The directions of the lines through one kept point that pass within eps of every point after
+// it up to covered: an arc [lo, hi] of angles relative to ref, modulo pi. A point at distance d
+// allows the directions within asin(eps / d) of its own; a point within eps allows all. The arc
+// decides the scan's question for a long run in constant time; near its ends, or when a point
+// closer than 2.6 eps (whose allowed arc is too wide to intersect safely) makes it unusable, the
+// scan decides.
+struct Cone {
+  int covered = -1, generation = -1;
+  double ref = 0, lo = 0, hi = 0;
+  bool any = false, usable = true;
+};
+// Runs of at most this many points are scanned: cheaper than the arc's trigonometry.
+constexpr int kShortRun = 32;
+// Angles within this of an end of the arc are left to the scan.
+constexpr double kConeMargin = 1e-9;
+// A point closer than eps / sin(pi / 8) gives an arc too wide for the cone.
+constexpr double kConeNear = 2.6131259297527532;
+
+double NearestTurn(double delta, double mid) { return delta - kPi * std::nearbyint((delta - mid) / kPi); }
+
+bool Removable(const std::vector<Pt>& pts, std::vector<char>& spike, std::vector<Cone>& cones, int& generation, int a,
+               int c, double eps) {
+  if (DistSqr(pts[a], pts[c]) <= eps * eps) {
+    ++generation;  // spikes may be marked: every cone is built anew
+    return RemovableScan(pts, spike, a, c, eps);
+  }
+  if (c - a <= kShortRun) return RemovableScan(pts, spike, a, c, eps);
+  Cone& cone = cones[static_cast<std::size_t>(a)];
+  if (cone.generation != generation) cone = Cone{a, generation};
+  for (int k = cone.covered + 1; k < c && cone.usable; ++k) {
+    cone.covered = k;
+    const double d = std::sqrt(DistSqr(pts[a], pts[k]));
+    if (spike[k] || d <= eps) continue;
+    if (d < kConeNear * eps) {
+      cone.usable = false;
+      break;
+    }
+    const double phi = std::atan2(pts[k].y - pts[a].y, pts[k].x - pts[a].x), alpha = std::asin(eps / d);
+    if (!cone.any) {
+      cone.any = true;
+      cone.ref = phi;
+      cone.lo = -alpha;
+      cone.hi = alpha;
+      continue;
+    }
+    const double delta = NearestTurn(phi - cone.ref, (cone.lo + cone.hi) / 2);
+    cone.lo = std::max(cone.lo, delta - alpha);
+    cone.hi = std::min(cone.hi, delta + alpha);
+  }
+  if (cone.usable && cone.covered >= c - 1) {
+    if (!cone.any) return true;  // every point between within eps of pts[a]
+    if (cone.lo > cone.hi + kConeMargin) return false;
+    const double phi = std::atan2(pts[c].y - pts[a].y, pts[c].x - pts[a].x);
+    const double delta = NearestTurn(phi - cone.ref, (cone.lo + cone.hi) / 2);
+    if (delta >= cone.lo + kConeMargin && delta <= cone.hi - kConeMargin) return true;
+    if (delta < cone.lo - kConeMargin || delta > cone.hi + kConeMargin) return false;
+  }
+  return RemovableScan(pts, spike, a, c, eps);
+}
+
 // The indices of an open run that survive the removal of repeated points, collinear middle
 // vertices and spikes; the first and the last point always stay. Fewer than two indices when
 // every point lies within eps of the first.
-void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep) {
+void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep, std::vector<char>& spike,
+               std::vector<Cone>& cones) {
   keep.clear();
   const int n = static_cast<int>(pts.size());
   const double epsSqr = eps * eps;
-  std::vector<char> spike(pts.size(), 0);
+  spike.assign(pts.size(), 0);
+  cones.assign(pts.size(), Cone{});
+  int generation = 0;
   for (int i = 0; i < n; ++i) {
     bool skip = false;
     for (;;) {
@@ -96,7 +159,7 @@ void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep) {
         keep.pop_back();
         continue;
       }
-      if (keep.size() >= 2 && Removable(pts, spike, keep[keep.size() - 2], i, eps)) {
+      if (keep.size() >= 2 && Removable(pts, spike, cones, generation, keep[keep.size() - 2], i, eps)) {
         keep.pop_back();
         continue;
       }
@@ -106,19 +169,23 @@ void CleanOpen(const std::vector<Pt>& pts, double eps, std::vector<int>& keep) {
   }
 }
 
-// The same for a closed ring: the run starts and ends at its sharpest corner, which no rule
-// removes. The result lists the kept ring indices without a closing duplicate; fewer than three
-// when the ring collapses.
-void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, std::vector<int>& keep) {
+// The same for a closed ring. The run starts and ends at its sharpest corner, which the open
+// rules keep; once the others are settled, that corner goes too when it and every point removed
+// around it lie within eps of the line through its kept neighbours (a finely digitised circle
+// has no corner beyond eps at all). The result lists the kept ring indices without a closing
+// duplicate; fewer than three when the ring collapses.
+void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, std::vector<int>& keep,
+                 std::vector<char>& spike, std::vector<Cone>& cones) {
   keep.clear();
   const int n = static_cast<int>(ring.size());
   if (n < 3) return;
+  const double epsSqr = eps * eps;
   int start = -1;
-  double best = eps * eps;
+  double best = -1.0;
   for (int i = 0; i < n; ++i) {
     const Pt& a = ring[(i + n - 1) % n];
     const Pt& c = ring[(i + 1) % n];
-    if (DistSqr(a, c) <= eps * eps) continue;
+    if (DistSqr(a, c) <= epsSqr) continue;
     const double d = LineDistSqr(a, c, ring[i]);
     if (d > best) {
       best = d;
@@ -128,12 +195,20 @@ void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, 
   if (start < 0) return;
   run.resize(static_cast<std::size_t>(n) + 1);
   for (int i = 0; i <= n; ++i) run[static_cast<std::size_t>(i)] = ring[(start + i) % n];
-  CleanOpen(run, eps, keep);
+  CleanOpen(run, eps, keep, spike, cones);
   if (keep.size() < 2) {
     keep.clear();
     return;
   }
   keep.pop_back();  // the closing duplicate of the start
+  if (keep.size() > 3) {
+    const Pt& prev = run[static_cast<std::size_t>(keep.back())];
+    const Pt& next = run[static_cast<std::size_t>(keep[1])];
+    bool straight = DistSqr(prev, next) > epsSqr;
+    for (int k = keep.back() + 1; straight && k <= n; ++k) straight = LineDistSqr(prev, next, run[k]) <= epsSqr;
+    for (int k = 1; straight && k < keep[1]; ++k) straight = LineDistSqr(prev, next, run[k]) <= epsSqr;
+    if (straight) keep.erase(keep.begin());
+  }
   for (int& k : keep) k = (k + start) % n;
 }
 
@@ -175,14 +250,27 @@ bool Less(const CL::IntPoint& a, const CL::IntPoint& b) { return a.X < b.X || (a
 // library lets a ring touch itself at a vertex (two lobes, or a hole pinched onto its outer
 // ring), and splitting there keeps every winding number while no ring touches itself. Loops
 // that enclose go before the holes that a split may give.
-void AppendSplit(const CL::Path& ring, CL::Paths& out, CL::Path& scratch) {
+// A ring of at most kFewVertices is searched for repeated vertices pair by pair, without sorting
+// a copy.
+constexpr std::size_t kFewVertices = 16;
+
+void AppendSplit(CL::Path ring, CL::Paths& out, CL::Path& scratch) {
+  bool repeats = false;
+  if (ring.size() <= kFewVertices) {
+    for (std::size_t i = 0; i < ring.size() && !repeats; ++i)
+      for (std::size_t j = i + 1; j < ring.size() && !repeats; ++j) repeats = ring[i] == ring[j];
+    if (!repeats) {
+      out.push_back(std::move(ring));
+      return;
+    }
+  }
   scratch = ring;
   std::sort(scratch.begin(), scratch.end(), Less);
   std::size_t dups = 0;
   for (std::size_t i = 1; i < scratch.size(); ++i)
     if (scratch[i] == scratch[i - 1] && (dups == 0 || !(scratch[dups - 1] == scratch[i]))) scratch[dups++] = scratch[i];
   if (dups == 0) {
-    out.push_back(ring);
+    out.push_back(std::move(ring));
     return;
   }
   scratch.resize(dups);
@@ -211,7 +299,9 @@ void TreeToPaths(const CL::PolyTree& tree, CL::Paths& paths) {
   paths.clear();
   paths.reserve(static_cast<std::size_t>(tree.Total()));
   CL::Path scratch;
-  std::vector<const CL::PolyNode*> outers(tree.Childs.begin(), tree.Childs.end());
+  std::vector<const CL::PolyNode*> outers;
+  outers.reserve(static_cast<std::size_t>(tree.Total()));
+  for (const CL::PolyNode* outer : tree.Childs) outers.push_back(outer);
   for (std::size_t i = 0; i < outers.size(); ++i) {
     const CL::PolyNode* outer = outers[i];
     AppendSplit(outer->Contour, paths, scratch);
@@ -252,12 +342,24 @@ bool CollapseShortEdges(std::vector<Pt>& ring, double eps) {
   return any;
 }
 
+struct Seg {
+  Pt a, b;
+};
+
+bool LessPt(const Pt& p, const Pt& q) { return p.x < q.x || (p.x == q.x && p.y < q.y); }
+bool LessSeg(const Seg& s, const Seg& t) { return LessPt(s.a, t.a) || (!LessPt(t.a, s.a) && LessPt(s.b, t.b)); }
+
 // Collapses short edges, removes near-collinear vertices and spikes (within 0.001) and drops
-// rings below the smallest area; true when anything changed.
-bool CleanPaths(CL::Paths& paths) {
+// rings below the smallest area; true when anything changed. The edges that a changed ring did
+// not have before go to fresh.
+bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
   bool changed = false;
+  fresh.clear();
   std::vector<Pt> ring, run;
   std::vector<int> keep;
+  std::vector<char> spike;
+  std::vector<Cone> cones;
+  std::vector<Seg> before;
   std::size_t out = 0;
   for (std::size_t i = 0; i < paths.size(); ++i) {
     CL::Path& path = paths[i];
@@ -265,14 +367,28 @@ bool CleanPaths(CL::Paths& paths) {
     for (std::size_t k = 0; k < path.size(); ++k)
       ring[k] = Pt{static_cast<double>(path[k].X), static_cast<double>(path[k].Y)};
     const bool collapsed = CollapseShortEdges(ring, kGridTol);
-    CleanClosed(ring, kGridTol, run, keep);
+    CleanClosed(ring, kGridTol, run, keep, spike, cones);
     if (collapsed || keep.size() != path.size()) {
       changed = true;
+      before.clear();
+      for (std::size_t k = 0; k < path.size(); ++k) {
+        const CL::IntPoint& p = path[k];
+        const CL::IntPoint& q = path[(k + 1) % path.size()];
+        before.push_back(Seg{Pt{static_cast<double>(p.X), static_cast<double>(p.Y)},
+                             Pt{static_cast<double>(q.X), static_cast<double>(q.Y)}});
+      }
+      std::sort(before.begin(), before.end(), LessSeg);
       path.resize(keep.size());
       for (std::size_t k = 0; k < keep.size(); ++k) {
         const Pt& p = ring[static_cast<std::size_t>(keep[k])];
         path[k] = CL::IntPoint(static_cast<CL::cInt>(p.x), static_cast<CL::cInt>(p.y));
       }
+      if (path.size() >= 3)
+        for (std::size_t k = 0; k < keep.size(); ++k) {
+          const Seg e{ring[static_cast<std::size_t>(keep[k])],
+                      ring[static_cast<std::size_t>(keep[(k + 1) % keep.size()])]};
+          if (!std::binary_search(before.begin(), before.end(), e, LessSeg)) fresh.push_back(e);
+        }
     }
     if (path.size() < 3 || std::fabs(CL::Area(path)) < kGridMinArea) {
       changed = true;
@@ -285,19 +401,330 @@ bool CleanPaths(CL::Paths& paths) {
   return changed;
 }
 
-// Takes a clipping result in tree form to the normalised ring list: clean-up, a new union of
-// the cleaned rings while the clean-up changes anything, and a last clean-up, so the local
-// rules hold on every result. Rings that a clean-up made touch are valid as they stand.
-void Tidy(const CL::PolyTree& first, CL::Paths& paths) {
-  TreeToPaths(first, paths);
-  bool changed = CleanPaths(paths);
-  for (int round = 0; changed && round < kTidyRounds; ++round) {
+// Squared distance of p from the segment from a to b.
+double SegDistSqr(const Pt& a, const Pt& b, const Pt& p) {
+  const double dx = b.x - a.x, dy = b.y - a.y, len = dx * dx + dy * dy;
+  double t = len > 0 ? ((p.x - a.x) * dx + (p.y - a.y) * dy) / len : 0.0;
+  t = std::min(1.0, std::max(0.0, t));
+  const Pt q{a.x + t * dx - p.x, a.y + t * dy - p.y};
+  return q.x * q.x + q.y * q.y;
+}
+
+// How two edges meet: 0 not at all (not closer than two grid units), 1 at an end point they
+// share and nowhere else, 2 elsewhere (crossing, touching, or one running along the other):
+// where a clean-up may have made rings cross or touch. Computed relative to one end point, so
+// that far coordinates keep their precision.
+int EdgesMeet(const Seg& f, const Seg& e) {
+  const Pt a{0, 0}, b{f.b.x - f.a.x, f.b.y - f.a.y};
+  const Pt c{e.a.x - f.a.x, e.a.y - f.a.y}, d{e.b.x - f.a.x, e.b.y - f.a.y};
+  constexpr double kNearSqr = 4.0;
+  const bool ac = c.x == a.x && c.y == a.y, ad = d.x == a.x && d.y == a.y;
+  const bool bc = c.x == b.x && c.y == b.y, bd = d.x == b.x && d.y == b.y;
+  if ((ac && bd) || (ad && bc)) return 0;  // the same edge
+  if (ac || ad || bc || bd) {
+    // Sharing an end point, they meet elsewhere only when one runs along the other.
+    const Pt& fFar = (ac || ad) ? b : a;
+    const Pt& eFar = (ac || bc) ? d : c;
+    return SegDistSqr(c, d, fFar) <= kNearSqr || SegDistSqr(a, b, eFar) <= kNearSqr ? 2 : 1;
+  }
+  const double o1 = Cross(a, b, c), o2 = Cross(a, b, d), o3 = Cross(c, d, a), o4 = Cross(c, d, b);
+  if (((o1 < 0 && o2 > 0) || (o1 > 0 && o2 < 0)) && ((o3 < 0 && o4 > 0) || (o3 > 0 && o4 < 0))) return 2;
+  return SegDistSqr(a, b, c) <= kNearSqr || SegDistSqr(a, b, d) <= kNearSqr || SegDistSqr(c, d, a) <= kNearSqr ||
+                 SegDistSqr(c, d, b) <= kNearSqr
+             ? 2
+             : 0;
+}
+
+// Beyond this many pairs of a new edge and an edge of the result, a new union settles the
+// clean-up without looking.
+constexpr double kMaxFreshPairs = 2e7;
+
+// Whether an edge that the clean-up made may cross or touch another edge of the rings; false
+// only when every new edge was checked against every edge near it.
+bool FreshEdgesMeet(const CL::Paths& paths, const std::vector<Seg>& fresh) {
+  if (fresh.empty()) return false;
+  double edges = 0;
+  for (const CL::Path& p : paths) edges += static_cast<double>(p.size());
+  if (edges * static_cast<double>(fresh.size()) > kMaxFreshPairs) return true;
+  for (const Seg& f : fresh) {
+    // Its two neighbours in its own ring share an end point each; a third edge at an end point
+    // makes a ring touch itself there, or another ring, which a new union settles.
+    int shared = 0;
+    const double x0 = std::min(f.a.x, f.b.x) - 2, x1 = std::max(f.a.x, f.b.x) + 2;
+    const double y0 = std::min(f.a.y, f.b.y) - 2, y1 = std::max(f.a.y, f.b.y) + 2;
+    for (const CL::Path& path : paths)
+      for (std::size_t k = 0; k < path.size(); ++k) {
+        const CL::IntPoint& p = path[k];
+        const CL::IntPoint& q = path[(k + 1) % path.size()];
+        const double px = static_cast<double>(p.X), py = static_cast<double>(p.Y);
+        const double qx = static_cast<double>(q.X), qy = static_cast<double>(q.Y);
+        if (std::max(px, qx) < x0 || std::min(px, qx) > x1 || std::max(py, qy) < y0 || std::min(py, qy) > y1) continue;
+        const int meet = EdgesMeet(f, Seg{Pt{px, py}, Pt{qx, qy}});
+        if (meet == 2 || (meet == 1 && ++shared > 2)) return true;
+      }
+  }
+  return false;
+}
+
+// Whether the hole lies inside the outer ring (rings of a clipping result: they do not cross,
+// but may touch at vertices): judged at the first vertex of the hole that is not on the ring.
+bool HoleInside(const CL::Path& hole, const CL::Path& outer) {
+  for (const CL::IntPoint& p : hole) {
+    const int inside = CL::PointInPolygon(p, outer);
+    if (inside >= 0) return inside == 1;
+  }
+  return true;  // every vertex on the ring, and the boxes nested: the hole is the ring's own
+}
+
+struct GridBox {
+  CL::cInt x0, y0, x1, y1;
+  bool Holds(const GridBox& b) const { return x0 <= b.x0 && y0 <= b.y0 && b.x1 <= x1 && b.y1 <= y1; }
+};
+
+GridBox BoxOf(const CL::Path& path) {
+  GridBox b{path[0].X, path[0].Y, path[0].X, path[0].Y};
+  for (const CL::IntPoint& p : path) {
+    b.x0 = std::min(b.x0, p.X);
+    b.y0 = std::min(b.y0, p.Y);
+    b.x1 = std::max(b.x1, p.X);
+    b.y1 = std::max(b.y1, p.Y);
+  }
+  return b;
+}
+
+// Beyond this many pairs of outer ring and hole the holes are placed by a second union in tree
+// form, whose cost grows with the rings' size rather than with the pairs.
+constexpr double kMaxHolePairs = 4e6;
+
+// The rings of a clipping result in the normalised order: each outer ring followed by its
+// holes; rings that touch themselves split. The clipping library is asked for a plain list: its
+// tree form costs it a pass over all rings at every join of two (quadratic on a floor of many
+// rooms sharing walls). A hole belongs to the smallest outer ring around it; when there are too
+// many pairs to try, a second union into the tree form sorts them. The rings of list are moved
+// out.
+void Arrange(CL::Paths& list, CL::Paths& paths, std::vector<double>& area, std::vector<std::size_t>& outers,
+             std::vector<std::size_t>& holes, std::vector<std::size_t>& owner) {
+  area.resize(list.size());
+  outers.clear();
+  holes.clear();
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    area[i] = list[i].empty() ? 0.0 : CL::Area(list[i]);
+    (area[i] >= 0 ? outers : holes).push_back(i);
+  }
+  paths.clear();
+  paths.reserve(list.size());
+  CL::Path scratch;
+  if (holes.empty()) {
+    for (CL::Path& ring : list) AppendSplit(std::move(ring), paths, scratch);
+    return;
+  }
+  owner.assign(list.size(), list.size());
+  if (static_cast<double>(holes.size()) * static_cast<double>(outers.size()) <= kMaxHolePairs) {
+    std::sort(outers.begin(), outers.end(), [&](std::size_t a, std::size_t b) { return area[a] < area[b]; });
+    std::vector<GridBox> box(list.size());
+    for (std::size_t i = 0; i < list.size(); ++i)
+      if (!list[i].empty()) box[i] = BoxOf(list[i]);
+    // Every hole of a clipping result lies in some outer ring, so the last outer ring whose box
+    // holds the hole's box is its owner without a look at its edges.
+    for (const std::size_t h : holes) {
+      if (list[h].empty()) continue;
+      std::size_t last = list.size();
+      for (const std::size_t o : outers) {
+        if (list[o].empty() || !box[o].Holds(box[h])) continue;
+        if (last != list.size() && HoleInside(list[h], list[last])) break;
+        last = o;
+      }
+      owner[h] = last;
+    }
+  }
+  if (std::any_of(holes.begin(), holes.end(), [&](std::size_t h) { return owner[h] == list.size(); })) {
     CL::Clipper c;
-    c.AddPaths(paths, CL::ptSubject, true);
+    c.AddPaths(list, CL::ptSubject, true);
     CL::PolyTree tree;
     c.Execute(CL::ctUnion, tree, CL::pftPositive, CL::pftPositive);
     TreeToPaths(tree, paths);
-    changed = CleanPaths(paths);
+    return;
+  }
+  // Each outer ring in the order of the list, its holes after it in the same order.
+  std::stable_sort(holes.begin(), holes.end(), [&](std::size_t a, std::size_t b) { return owner[a] < owner[b]; });
+  std::size_t next = 0;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (area[i] < 0) continue;
+    AppendSplit(std::move(list[i]), paths, scratch);
+    for (; next < holes.size() && owner[holes[next]] == i; ++next)
+      AppendSplit(std::move(list[holes[next]]), paths, scratch);
+  }
+}
+
+// The sign of the turn from a to b to c, exact on the whole grid.
+int Turn(const CL::IntPoint& a, const CL::IntPoint& b, const CL::IntPoint& c) {
+  const __int128 t = static_cast<__int128>(b.X - a.X) * (c.Y - a.Y) - static_cast<__int128>(b.Y - a.Y) * (c.X - a.X);
+  return t > 0 ? 1 : t < 0 ? -1 : 0;
+}
+
+// Whether v lies inside the edge from p to q (not at an end).
+bool InsideEdge(const CL::IntPoint& p, const CL::IntPoint& q, const CL::IntPoint& v) {
+  if (v == p || v == q) return false;
+  if (v.X < std::min(p.X, q.X) || v.X > std::max(p.X, q.X) || v.Y < std::min(p.Y, q.Y) || v.Y > std::max(p.Y, q.Y))
+    return false;
+  return Turn(p, q, v) == 0;
+}
+
+// Where the clipping library lets rings meet along an edge: a vertex inside an edge of its own
+// ring (the ring touches itself there; it is split at that vertex, as at a vertex it passes
+// twice), and a vertex inside an edge of another ring with one of its edges running along it,
+// or an edge found twice (the rings are merged by a new union). Returns 2 when a new union
+// is needed, 1 when rings were split, else 0. The edges are sorted into a grid of about as many
+// cells as edges; an edge whose box spans more than kLongEdgeCells cells is tried against every
+// vertex instead.
+constexpr std::size_t kLongEdgeCells = 64;
+
+int ResolveTouches(CL::Paths& paths) {
+  struct Edge {
+    std::size_t ring, index;
+  };
+  struct Insert {
+    std::size_t ring, index;
+    CL::IntPoint p;
+  };
+  const auto at = [&](std::size_t ring, std::size_t k) -> const CL::IntPoint& {
+    return paths[ring][k % paths[ring].size()];
+  };
+  std::vector<Edge> edges;
+  double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
+  for (std::size_t r = 0; r < paths.size(); ++r)
+    for (std::size_t k = 0; k < paths[r].size(); ++k) {
+      const CL::IntPoint& p = paths[r][k];
+      const double px = static_cast<double>(p.X), py = static_cast<double>(p.Y);
+      if (edges.empty()) {
+        x0 = x1 = px;
+        y0 = y1 = py;
+      }
+      x0 = std::min(x0, px);
+      x1 = std::max(x1, px);
+      y0 = std::min(y0, py);
+      y1 = std::max(y1, py);
+      edges.push_back(Edge{r, k});
+    }
+  if (edges.empty()) return 0;
+  const std::size_t side = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(edges.size()))));
+  const double cw = (x1 - x0) / static_cast<double>(side) + 1.0, ch = (y1 - y0) / static_cast<double>(side) + 1.0;
+  const auto cellX = [&](CL::cInt x) {
+    return std::min(side - 1, static_cast<std::size_t>((static_cast<double>(x) - x0) / cw));
+  };
+  const auto cellY = [&](CL::cInt y) {
+    return std::min(side - 1, static_cast<std::size_t>((static_cast<double>(y) - y0) / ch));
+  };
+  std::vector<std::size_t> start(side * side + 1, 0), fill;
+  std::vector<Edge> cells, longEdges;
+  for (int pass = 0; pass < 2; ++pass) {
+    for (const Edge& e : edges) {
+      const CL::IntPoint& p = at(e.ring, e.index);
+      const CL::IntPoint& q = at(e.ring, e.index + 1);
+      const std::size_t cx0 = cellX(std::min(p.X, q.X)), cx1 = cellX(std::max(p.X, q.X));
+      const std::size_t cy0 = cellY(std::min(p.Y, q.Y)), cy1 = cellY(std::max(p.Y, q.Y));
+      if ((cx1 - cx0 + 1) * (cy1 - cy0 + 1) > kLongEdgeCells) {
+        if (pass == 0) longEdges.push_back(e);
+        continue;
+      }
+      for (std::size_t cy = cy0; cy <= cy1; ++cy)
+        for (std::size_t cx = cx0; cx <= cx1; ++cx) {
+          const std::size_t c = cy * side + cx;
+          if (pass == 0)
+            ++start[c + 1];
+          else
+            cells[fill[c]++] = e;
+        }
+    }
+    if (pass == 0) {
+      for (std::size_t c = 0; c < side * side; ++c) start[c + 1] += start[c];
+      cells.resize(start[side * side]);
+      fill.assign(start.begin(), start.end() - 1);
+    }
+  }
+
+  std::vector<Insert> inserts;
+  // 2 when a new union is needed: v inside another ring's edge with an edge of its own running
+  // along it, or one of v's edges found in another place; v inside an edge of its own ring is
+  // recorded; else 0.
+  const auto check = [&](const Edge& e, std::size_t ring, std::size_t index) {
+    const std::size_t n = paths[ring].size();
+    if (e.ring == ring && (e.index == index || e.index == (index + n - 1) % n)) return 0;  // v's own edges
+    const CL::IntPoint& v = paths[ring][index];
+    const CL::IntPoint& p = at(e.ring, e.index);
+    const CL::IntPoint& q = at(e.ring, e.index + 1);
+    if (v == p || v == q) {
+      const CL::IntPoint& other = v == p ? q : p;
+      return other == at(ring, index + 1) || other == at(ring, index + n - 1) ? 2 : 0;
+    }
+    if (!InsideEdge(p, q, v)) return 0;
+    if (e.ring == ring) {
+      inserts.push_back(Insert{e.ring, e.index, v});
+      return 0;
+    }
+    return Turn(p, q, at(ring, index + 1)) == 0 || Turn(p, q, at(ring, index + n - 1)) == 0 ? 2 : 0;
+  };
+  for (std::size_t r = 0; r < paths.size(); ++r)
+    for (std::size_t k = 0; k < paths[r].size(); ++k) {
+      const std::size_t c = cellY(paths[r][k].Y) * side + cellX(paths[r][k].X);
+      for (std::size_t i = start[c]; i < start[c + 1]; ++i)
+        if (check(cells[i], r, k) == 2) return 2;
+      for (const Edge& e : longEdges)
+        if (check(e, r, k) == 2) return 2;
+    }
+  if (inserts.empty()) return 0;
+
+  // Each ring with vertices of its own inside its edges gets them as vertices, in order along
+  // the edge, and is split there.
+  std::sort(inserts.begin(), inserts.end(), [&](const Insert& a, const Insert& b) {
+    if (a.ring != b.ring) return a.ring < b.ring;
+    if (a.index != b.index) return a.index < b.index;
+    const CL::IntPoint& p = at(a.ring, a.index);
+    const double da = std::fabs(static_cast<double>(a.p.X - p.X)) + std::fabs(static_cast<double>(a.p.Y - p.Y));
+    const double db = std::fabs(static_cast<double>(b.p.X - p.X)) + std::fabs(static_cast<double>(b.p.Y - p.Y));
+    return da < db;
+  });
+  CL::Paths out;
+  out.reserve(paths.size() + inserts.size());
+  CL::Path ring, scratch;
+  std::size_t next = 0;
+  for (std::size_t r = 0; r < paths.size(); ++r) {
+    if (next == inserts.size() || inserts[next].ring != r) {
+      out.push_back(std::move(paths[r]));
+      continue;
+    }
+    ring.clear();
+    for (std::size_t k = 0; k < paths[r].size(); ++k) {
+      ring.push_back(paths[r][k]);
+      for (; next < inserts.size() && inserts[next].ring == r && inserts[next].index == k; ++next)
+        ring.push_back(inserts[next].p);
+    }
+    AppendSplit(std::move(ring), out, scratch);
+  }
+  paths.swap(out);
+  return 1;
+}
+
+// Takes a clipping result to the normalised ring list: clean-up, rings split where they touch
+// themselves along an edge, and while the clean-up made an edge that may cross or touch another,
+// or two rings run along one another, a new union of the cleaned rings and a new clean-up, so
+// the local rules hold on every result. Rings that a last clean-up made touch are valid as they
+// stand. list is scratch.
+void Tidy(CL::Paths& list, CL::Paths& paths) {
+  std::vector<double> area;
+  std::vector<std::size_t> outers, holes, owner;
+  Arrange(list, paths, area, outers, holes, owner);
+  std::vector<Seg> fresh;
+  for (int round = 0;; ++round) {
+    const bool changed = CleanPaths(paths, fresh);
+    const bool meet = changed && FreshEdgesMeet(paths, fresh);
+    const int touch = meet ? 2 : ResolveTouches(paths);
+    if (touch == 1) CleanPaths(paths, fresh);
+    if (touch != 2 || round == kTidyRounds) return;
+    CL::Clipper c;
+    c.AddPaths(paths, CL::ptSubject, true);
+    c.Execute(CL::ctUnion, list, CL::pftPositive, CL::pftPositive);
+    Arrange(list, paths, area, outers, holes, owner);
   }
 }
 
@@ -314,9 +741,9 @@ bool Clip(const CL::Paths& subject, const CL::Paths* clip, CL::ClipType type, CL
     CL::Clipper c;
     c.AddPaths(subject, CL::ptSubject, true);
     if (clip) c.AddPaths(*clip, CL::ptClip, true);
-    CL::PolyTree tree;
-    if (!c.Execute(type, tree, CL::pftPositive, clipFill)) return false;
-    Tidy(tree, result);
+    CL::Paths list;
+    if (!c.Execute(type, list, CL::pftPositive, clipFill)) return false;
+    Tidy(list, result);
     return true;
   } catch (...) {
     return false;
@@ -363,9 +790,9 @@ bool Offset(const CL::Paths& paths, double distance, CL::JoinType jt, CL::EndTyp
   try {
     CL::ClipperOffset co(miterLimit, eps * kArcShare * kKvGeRegionScale);
     co.AddPaths(paths, jt, et);
-    CL::PolyTree tree;
-    co.Execute(tree, distance * kKvGeRegionScale);
-    Tidy(tree, result);
+    CL::Paths list;
+    co.Execute(list, distance * kKvGeRegionScale);
+    Tidy(list, result);
     return true;
   } catch (...) {
     return false;
@@ -659,7 +1086,9 @@ int StreckenzugKorrigieren2d(KvGePolyline2d& polyline, double eps) {
     std::vector<Pt> pts(static_cast<std::size_t>(n));
     for (int i = 0; i < n; ++i) pts[static_cast<std::size_t>(i)] = Pt{polyline.GetData()[i].x, polyline.GetData()[i].y};
     std::vector<int> keep;
-    CleanOpen(pts, eps, keep);
+    std::vector<char> spike;
+    std::vector<Cone> cones;
+    CleanOpen(pts, eps, keep, spike, cones);
     if (keep.size() < 2) return 0;
     if (keep.size() == pts.size()) return 1;
     KvGePolyline2d cleaned;
@@ -678,7 +1107,9 @@ int StreckenzugKorrigieren2d(KvGePolygon2d& polygon, double eps) {
     std::vector<Pt> ring(static_cast<std::size_t>(n)), run;
     for (int i = 0; i < n; ++i) ring[static_cast<std::size_t>(i)] = Pt{polygon.GetData()[i].x, polygon.GetData()[i].y};
     std::vector<int> keep;
-    CleanClosed(ring, eps, run, keep);
+    std::vector<char> spike;
+    std::vector<Cone> cones;
+    CleanClosed(ring, eps, run, keep, spike, cones);
     if (keep.size() < 3) return 0;
     if (keep.size() == ring.size()) return 1;
     // The kept vertices in their old order, so the ring starts where it did when that vertex stays.
@@ -688,6 +1119,57 @@ int StreckenzugKorrigieren2d(KvGePolygon2d& polygon, double eps) {
     if (static_cast<std::size_t>(cleaned.GetSize()) != keep.size()) return 0;
     for (std::size_t k = 0; k < keep.size(); ++k) cleaned.GetData()[k] = polygon.GetData()[keep[k]];
     polygon = cleaned;
+    return 1;
+  });
+}
+
+int StreckenzugKorrigieren2d(KvGePolygon2dArray& set, double eps) {
+  return Guarded([&] {
+    if (!(eps > 0.0) || !std::isfinite(eps)) return 0;
+    for (const KvGePolygon2d& ring : set)
+      if (!Finite(ring)) return 0;
+    KvGePolygon2dArray cleaned;
+    cleaned.SetSize(set.GetSize());
+    int out = 0;
+    for (const KvGePolygon2d& ring : set) {
+      KvGePolygon2d& copy = cleaned.GetData()[out];
+      copy = ring;
+      if (StreckenzugKorrigieren2d(copy, eps)) ++out;
+    }
+    cleaned.SetSize(out);
+    cleaned.Tag() = set.Tag();
+    set = cleaned;
+    return 1;
+  });
+}
+
+int StreckenzugKorrigieren2d(KvGePolyline2dArray& polylines, double eps) {
+  return Guarded([&] {
+    if (!(eps > 0.0) || !std::isfinite(eps)) return 0;
+    for (const KvGePolyline2d& polyline : polylines)
+      if (!Finite(polyline)) return 0;
+    KvGePolyline2dArray cleaned;
+    cleaned.SetSize(polylines.GetSize());
+    int out = 0;
+    for (const KvGePolyline2d& polyline : polylines) {
+      KvGePolyline2d& copy = cleaned.GetData()[out];
+      copy = polyline;
+      if (StreckenzugKorrigieren2d(copy, eps)) ++out;
+    }
+    cleaned.SetSize(out);
+    polylines = cleaned;
+    return 1;
+  });
+}
+
+int RemoveSchlaufen2d(KvGePolyline2dArray& polylines) {
+  return Guarded([&] {
+    for (const KvGePolyline2d& polyline : polylines)
+      if (!Finite(polyline)) return 0;
+    KvGePolyline2dArray cleaned(polylines);
+    for (KvGePolyline2d& polyline : cleaned)
+      if (polyline.GetSize() >= 2 && !RemoveSchlaufen2d(polyline)) return 0;
+    polylines = cleaned;
     return 1;
   });
 }

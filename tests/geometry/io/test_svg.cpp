@@ -65,6 +65,40 @@ TEST(Svg, StylesPointsLabelsAndDegenerateContent) {
   EXPECT_NE(KvGeSvgWriter().Write().find("</svg>"), std::string::npos);  // nothing added: still a document
 }
 
+// Far from the origin (survey coordinates in millimetres) the view is the content's own box.
+TEST(Svg, FarContent) {
+  KvGeSvgWriter svg;
+  svg.AddPoint(KvGePoint2d(2e9, -3e9)).AddPoint(KvGePoint2d(2e9 + 100, -3e9 + 50));
+  EXPECT_EQ(svg.BoundingBox().Min().x, 2e9);
+  EXPECT_EQ(svg.BoundingBox().Max().y, -3e9 + 50);
+  const std::string far = svg.Write();
+  EXPECT_NE(far.find("cx=\"36.36\" cy=\"400\""), std::string::npos) << far;
+  EXPECT_NE(far.find("cx=\"763.64\" cy=\"36.36\""), std::string::npos) << far;
+
+  // Finite content whose extent overflows a double still gets finite pixels.
+  KvGeSvgWriter huge;
+  huge.AddPoint(KvGePoint2d(-1e308, -1e308)).AddPoint(KvGePoint2d(1.5e308, 1e308)).SetMargin(1e300);
+  const std::string h = huge.Write();
+  EXPECT_EQ(h.find("nan"), std::string::npos) << h;
+  EXPECT_EQ(h.find("inf"), std::string::npos) << h;
+  EXPECT_EQ(Count(h, "<circle"), 2);
+  EXPECT_NE(h.find("height=\"800\""), std::string::npos) << h;  // margins of 1e6 extents: square
+}
+
+// Text that XML cannot hold (control bytes, bytes that are not UTF-8) is replaced, so that the
+// document stays well-formed.
+TEST(Svg, TextXmlCannotHold) {
+  KvGeSvgWriter svg;
+  const std::string bad = std::string(
+      "a\x01"
+      "b\xff\tc\xc3\xa9");
+  svg.SetTitle(bad).AddLabel(KvGePoint2d(0, 0), std::string("x\0y\xe2\x82", 5));
+  const std::string text = svg.Write();
+  const std::string replaced = "\xef\xbf\xbd";  // U+FFFD
+  EXPECT_NE(text.find("<title>a" + replaced + "b" + replaced + "\tc\xc3\xa9</title>"), std::string::npos) << text;
+  EXPECT_NE(text.find(">x" + replaced + "y" + replaced + "</text>"), std::string::npos) << text;
+}
+
 TEST(Svg, WriteFile) {
   KvGeSvgWriter svg;
   svg.SetTitle("pieces").AddPoint(KvGePoint2d(1, 2));

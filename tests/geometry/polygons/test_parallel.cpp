@@ -247,3 +247,42 @@ TEST(StreckenzugKorrigieren, ClosedRingIncludesTheClosingEdge) {
   EXPECT_EQ(StreckenzugKorrigieren2d(flat), 0);
   EXPECT_EQ(flat.GetSize(), 3);
 }
+
+TEST(StreckenzugKorrigieren, SetsAndArraysDropWhatCollapses) {
+  KvGePolygon2dArray set = Set({Ring({P(0, 0), P(5, 0.0005), P(10, 0), P(10, 10), P(0, 10)}),
+                                Ring({P(0, 0), P(5, 0.0005), P(10, 0)}), Rect(20, 0, 21, 1)});
+  set.Tag() = 4;
+  ASSERT_EQ(StreckenzugKorrigieren2d(set), 1);
+  ASSERT_EQ(set.GetSize(), 2);  // the flat triangle goes
+  EXPECT_EQ(set.GetData()[0].GetSize(), 4);
+  EXPECT_TRUE(set.GetData()[1] == Rect(20, 0, 21, 1));
+  EXPECT_EQ(set.Tag(), 4);
+
+  KvGePolyline2dArray lines;
+  lines.Add(Line({P(0, 0), P(5, 0.0009), P(10, 0)}));
+  lines.Add(Line({P(3, 3), P(3.0005, 3)}));
+  ASSERT_EQ(StreckenzugKorrigieren2d(lines), 1);
+  ASSERT_EQ(lines.GetSize(), 1);
+  EXPECT_TRUE(lines[0] == Line({P(0, 0), P(10, 0)}));
+
+  // A non-finite coordinate anywhere leaves everything as it was.
+  lines.Add(Line({P(0, 0), P(std::nan(""), 1)}));
+  const KvGePolyline2dArray kept = lines;
+  EXPECT_EQ(StreckenzugKorrigieren2d(lines), 0);
+  EXPECT_EQ(RemoveSchlaufen2d(lines), 0);
+  EXPECT_EQ(lines.GetSize(), 2);
+  EXPECT_TRUE(lines[0] == kept[0]);
+  KvGePolygon2dArray bad = Set({Rect(0, 0, 1, 1), Ring({P(0, 0), P(1, 0), P(1, INFINITY)})});
+  EXPECT_EQ(StreckenzugKorrigieren2d(bad), 0);
+  EXPECT_EQ(bad.GetSize(), 2);
+}
+
+TEST(RemoveSchlaufen, PolylineArraysLoseTheirLoopsOneByOne) {
+  KvGePolyline2dArray lines;
+  lines.Add(Line({P(0, 0), P(10, 0), P(10, 5), P(5, 5), P(5, -5)}));
+  lines.Add(Line({P(1, 1)}));
+  ASSERT_EQ(RemoveSchlaufen2d(lines), 1);
+  ASSERT_EQ(lines.GetSize(), 2);
+  EXPECT_TRUE(lines[0] == Line({P(0, 0), P(5, 0), P(5, -5)}));
+  EXPECT_EQ(lines[1].GetSize(), 1);
+}

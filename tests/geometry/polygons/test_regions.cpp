@@ -7,6 +7,7 @@
 #include "geometry/intersection/KvGeContainment2d.h"
 #include "geometry/intersection/KvGeDistance2d.h"
 #include "geometry/points/KvGeAngle.h"
+#include "geometry/polygons/KvGeParallel2d.h"
 #include "region_check.h"
 
 using namespace regiontest;
@@ -315,5 +316,79 @@ TEST(RegionCorpus, CoordinatesAtTheRangeLimitAndBeyond) {
     KvGePolygon2dArray n = bad;
     EXPECT_EQ(n.Normalize(), 0);
     EXPECT_EQ(n.GetData()[0].GetSize(), 3);
+  }
+}
+
+TEST(RegionCorpus, FinelyDigitisedCircle) {
+  // No vertex lies farther than 0.001 from its neighbours' line, yet the ring bends all round:
+  // it is thinned to chords within 0.001 of every input vertex, never dropped.
+  KvGePolygon2d circle;
+  for (int k = 0; k < 20000; ++k)
+    circle.Add(P(100 * std::cos(k * 2 * 3.141592653589793 / 20000), 100 * std::sin(k * 2 * 3.141592653589793 / 20000)));
+  KvGePolygon2dArray n = Set({circle});
+  ASSERT_EQ(n.Normalize(), 1);
+  ExpectNormalised(n);
+  ASSERT_EQ(n.GetSize(), 1);
+  EXPECT_LT(n.GetData()[0].GetSize(), 2000);
+  EXPECT_NEAR(n.Area(), circle.Area(), 0.001 * circle.Perimeter());
+  for (int k = 0; k < circle.GetSize(); k += 97) EXPECT_LE(std::sqrt(EdgeDistanceSqr(n, circle[k])), 0.001 + 1e-6);
+  KvGePolygon2d cleaned = circle;
+  ASSERT_EQ(StreckenzugKorrigieren2d(cleaned), 1);
+  EXPECT_NEAR(cleaned.Area(), circle.Area(), 0.001 * circle.Perimeter());
+}
+
+TEST(RegionCorpus, EveryOperationGivesTheNormalFormOrACleanZero) {
+  const double r = kKvGeRegionRange;
+  KvGePolygon2dArray rotated;
+  const KvGeModMat2d turn = KvGeModMat2d().SetRotate(KvGeAngle(1e-7));
+  for (int i = 0; i < 4; ++i)
+    for (int j = 0; j < 4; ++j) rotated.Add(Rect(i, j, i + 1, j + 1).Transformed(turn));
+  struct Row {
+    const char* name;
+    KvGePolygon2dArray a, b;
+    bool inRange;
+  } rows[] = {
+      {"shared edges", Set({Rect(0, 0, 1, 1), Rect(1, 0, 2, 1)}), Set({Rect(1, 0, 3, 1)}), true},
+      {"vertex touching an edge", Set({Rect(0, 0, 4, 4)}), Set({Ring({P(4, 2), P(8, 0), P(8, 4)})}), true},
+      {"hole touching its outer ring", Set({Rect(0, 0, 10, 10), Ring({P(0, 5), P(3, 7), P(3, 3)})}),
+       Set({Rect(2, 4, 12, 6)}), true},
+      {"collinear overlapping edges", Set({Rect(0, 0, 6, 2)}), Set({Rect(3, 2, 9, 5), Rect(3, 0, 9, 2)}), true},
+      {"sliver thinner than 0.001", Set({Rect(0, 0, 5, 0.0005)}), Set({Rect(0, 0.0004, 5, 3)}), true},
+      {"repeated vertices", Set({Ring({P(0, 0), P(0, 0), P(4, 0), P(4.0005, 0), P(4, 4), P(0, 4), P(0, 0)})}),
+       Set({Rect(2, 2, 6, 6)}), true},
+      {"self-intersecting", Set({Ring({P(0, 0), P(10, 10), P(10, 0), P(0, 10)})}), Set({Rect(2, -1, 8, 11)}), true},
+      {"grid rotated by 1e-7 rad", rotated, Set({Rect(0.5, 0.5, 3.5, 3.5)}), true},
+      {"at +-1e9", Set({Rect(-r, -r, -r + 10, -r + 10), Rect(r - 10, r - 10, r, r)}), Set({Rect(-r, -r, r, -r + 5)}),
+       true},
+      {"just beyond 1e9", Set({Rect(r - 10, r - 10, r + 0.001, r)}), Set({Rect(r - 20, r - 20, r - 5, r - 5)}), false},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    KvGePolygon2dArray n = row.a;
+    ASSERT_EQ(n.Normalize(), row.inRange ? 1 : 0);
+    if (!row.inRange) {
+      EXPECT_TRUE(n == row.a);
+      EXPECT_TRUE((row.a | row.b) == row.a);
+      EXPECT_TRUE((row.a & row.b) == row.a);
+      EXPECT_TRUE((row.a - row.b) == row.a);
+      KvGePolygon2dArray out = row.b;
+      EXPECT_EQ(ParallelPolygon2d(row.a, 0.3, out), 0);
+      EXPECT_TRUE(out == row.b);
+      continue;
+    }
+    const auto check = [](const char* what, const KvGePolygon2dArray& result) {
+      SCOPED_TRACE(what);
+      ExpectNormalised(result);
+    };
+    check("normalised", n);
+    check("union", row.a | row.b);
+    check("intersection", row.a & row.b);
+    check("difference", row.a - row.b);
+    check("reverse difference", row.b - row.a);
+    for (const double d : {0.3, -0.3, 0.0006}) {
+      KvGePolygon2dArray out;
+      ASSERT_EQ(ParallelPolygon2d(row.a, d, out, kKvGeJoinRound), 1) << d;
+      check("offset", out);
+    }
   }
 }
