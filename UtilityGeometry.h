@@ -1,6 +1,7 @@
 #pragma once
-// UtilityGeometry: plane and space geometry for CAD. Including this header gives every public
-// class and function of the library and of its companion libraries.
+/// @file
+/// UtilityGeometry: plane and space geometry for CAD. Including this header gives every public
+/// class and function of the library and of its companion libraries.
 
 #include "UtilityGeometryVersion.h"
 

@@ -1,23 +1,24 @@
 #pragma once
-// The growable arrays behind every collection class of the library.
-//
-// KvBtArray<TYPE, ARG_TYPE> holds size elements in storage for capacity elements. Growing by
-// SetSize uses the step growBy, or when growBy is 0 one eighth of the size, at least 4 and at
-// most 1024 elements: adding one by one gives the capacities 1, 5, 9, 13, ... Elements are
-// relocated bitwise (a memory move, no copy constructor) when the storage grows and when
-// elements are inserted or removed, so TYPE must not point into itself; every element type of
-// the library is relocatable that way.
-//
-// Out-of-range indices do not fail: reads and writes fall back on the last element. On an
-// empty array a read gives a default element and a reference refers to a scratch element
-// (reset to the default on every such access), so no access touches storage that is not there.
-//
-// Nothing throws, also when memory runs out: an operation whose storage cannot be had leaves
-// the array exactly as it was (size, capacity and elements) and reports it where it returns
-// something: Add and Append give -1; SetSize, Copy and InsertAt show it in the unchanged size.
-//
-// KvBtDynArray<TYPE> adds element-wise equality, cyclic access (index taken modulo the size,
-// so -1 is the last element), deep copying and the cyclic reordering NewFirstElement.
+/// @file
+/// The growable arrays behind every collection class of the library.
+///
+/// KvBtArray<TYPE, ARG_TYPE> holds size elements in storage for capacity elements. Growing by
+/// SetSize uses the step growBy, or when growBy is 0 one eighth of the size, at least 4 and at
+/// most 1024 elements: adding one by one gives the capacities 1, 5, 9, 13, ... Elements are
+/// relocated bitwise (a memory move, no copy constructor) when the storage grows and when
+/// elements are inserted or removed, so TYPE must not point into itself; every element type of
+/// the library is relocatable that way.
+///
+/// Out-of-range indices do not fail: reads and writes fall back on the last element. On an
+/// empty array a read gives a default element and a reference refers to a scratch element
+/// (reset to the default on every such access), so no access touches storage that is not there.
+///
+/// Nothing throws, also when memory runs out: an operation whose storage cannot be had leaves
+/// the array exactly as it was (size, capacity and elements) and reports it where it returns
+/// something: Add and Append give -1; SetSize, Copy and InsertAt show it in the unchanged size.
+///
+/// KvBtDynArray<TYPE> adds element-wise equality, cyclic access (index taken modulo the size,
+/// so -1 is the last element), deep copying and the cyclic reordering NewFirstElement.
 
 /// \file
 /// Failure: nothing throws. When memory runs out the array keeps its elements, size and capacity,
@@ -43,6 +44,8 @@ struct KvBtIsRelocatable : std::is_trivially_copyable<T> {};
 template <class T>
 struct KvBtIsRelocatable<T, std::void_t<typename T::KvBtBitwiseRelocatable>> : std::true_type {};
 
+/// A growable array of TYPE, passed in as ARG_TYPE; elements are relocated bitwise. Out-of-range indices fall back on
+/// the last element; an empty array reads a default element.
 template <class TYPE, class ARG_TYPE>
 class KvBtArray {
   static_assert(KvBtIsRelocatable<TYPE>::value,
@@ -55,14 +58,17 @@ class KvBtArray {
   using KvBtBitwiseRelocatable = void;
 
   KvBtArray() = default;
+  /// Copies the elements of other.
   KvBtArray(const KvBtArray& other) { Copy(other); }
+  /// Takes over the storage of other, which is left empty.
   KvBtArray(KvBtArray&& other) noexcept { Steal(other); }
+  /// Copies the elements of other; the growth step and, when large enough, the storage are kept.
   KvBtArray& operator=(const KvBtArray& other) {
     Copy(other);
     return *this;
   }
-  // Assignment is Copy also from a temporary: the target keeps its growth step, and its storage
-  // when that is large enough. Only the elements of the temporary are moved, not its storage.
+  /// Assignment is Copy also from a temporary: the target keeps its growth step, and its storage
+  /// when that is large enough. Only the elements of the temporary are moved, not its storage.
   KvBtArray& operator=(KvBtArray&& other) {
     if (this != &other && Resize(other.m_nSize))
       for (int k = 0; k < other.m_nSize; ++k) m_pData[k] = std::move(other.m_pData[k]);
@@ -70,62 +76,97 @@ class KvBtArray {
   }
   virtual ~KvBtArray() { Release(); }
 
+  /// The number of elements.
   int GetSize() const { return m_nSize; }
+  /// The last index, size - 1 (-1 when empty).
   int GetUpperBound() const { return m_nSize - 1; }
+  /// The number of elements the storage holds.
   int GetCapacity() const { return m_nMaxSize; }
+  /// 1 when there are no elements.
   int IsEmpty() const { return m_nSize == 0 ? 1 : 0; }
 
+  /// Resizes to newSize elements (a negative size counts as 0; 0 releases the storage); new elements are default
+  /// values. growBy, unless -1, sets the growth step (0: one eighth of the size, 4 to 1024). When memory runs out the
+  /// array stays as it was.
   void SetSize(int newSize, int growBy = -1) { Resize(newSize, growBy); }
+  /// Shrinks the storage to the size.
   void FreeExtra();
+  /// Removes every element and releases the storage.
   void RemoveAll() { SetSize(0); }
 
+  /// Element i; an index out of range reads the last element, an empty array a default element.
   TYPE GetAt(int i) const { return m_nSize == 0 ? TYPE() : m_pData[Clamp(i)]; }
+  /// Element i; an index out of range reads the last element, an empty array a default element.
   TYPE operator[](int i) const { return GetAt(i); }
+  /// Element i for writing; an index out of range refers to the last element, an empty array to a scratch element.
   TYPE& ElementAt(int i) { return m_nSize == 0 ? Scratch() : m_pData[Clamp(i)]; }
+  /// Element i for writing; an index out of range refers to the last element, an empty array to a scratch element.
   const TYPE& ElementAt(int i) const { return m_nSize == 0 ? Scratch() : m_pData[Clamp(i)]; }
+  /// Element i for writing; an index out of range refers to the last element, an empty array to a scratch element.
   TYPE& operator[](int i) { return ElementAt(i); }
+  /// Assigns element i (the last for an index out of range; a scratch element when empty).
   void SetAt(int i, ARG_TYPE value) { ElementAt(i) = value; }
 
+  /// The storage; null until storage is first allocated (and after RemoveAll).
   const TYPE* GetData() const { return m_pData; }
+  /// The storage; null until storage is first allocated (and after RemoveAll).
   TYPE* GetData() { return m_pData; }
+  /// The first element, for range-for.
   const TYPE* begin() const { return m_pData; }
+  /// Past the last element, for range-for.
   const TYPE* end() const { return m_pData + m_nSize; }
+  /// The first element, for range-for.
   TYPE* begin() { return m_pData; }
+  /// Past the last element, for range-for.
   TYPE* end() { return m_pData + m_nSize; }
 
+  /// Assigns element i, growing the array with default elements when i is past the end; a negative i is ignored.
   void SetAtGrow(int i, ARG_TYPE value);
-  // The index of the new element; -1 when there is no memory for it.
+  /// The index of the new element; -1 when there is no memory for it.
   int Add(ARG_TYPE value) {
     const int i = m_nSize;
     SetAtGrow(i, value);
     return m_nSize > i ? i : -1;
   }
+  /// Appends the elements of other and returns the index of the first of them; appending the array to itself does
+  /// nothing.
   int Append(const KvBtArray& other);
+  /// Makes the array a copy of other.
   void Copy(const KvBtArray& other);
+  /// Inserts count copies of value before index i; an index past the end pads with default elements. A negative i or
+  /// count does nothing.
   void InsertAt(int i, ARG_TYPE value, int count = 1);
+  /// Inserts the elements of other before index i; a null or empty other does nothing.
   void InsertAt(int i, const KvBtArray* other);
+  /// Removes count elements from index i on (fewer at the end); an index out of range does nothing.
   void RemoveAt(int i, int count = 1);
 
  protected:
+  /// i, or the last index when i is out of range.
   int Clamp(int i) const { return (i < 0 || i >= m_nSize) ? m_nSize - 1 : i; }
+  /// A scratch element reset to the default, for access to an empty array.
   static TYPE& Scratch() {
     thread_local TYPE scratch;
     scratch = TYPE();
     return scratch;
   }
 
+  /// The storage.
   TYPE* m_pData = nullptr;
+  /// The number of elements.
   int m_nSize = 0;
+  /// The number of elements the storage holds.
   int m_nMaxSize = 0;
+  /// The growth step; 0 for one eighth of the size, 4 to 1024.
   int m_nGrowBy = 0;
 
  private:
-  // SetSize that tells whether it succeeded; false leaves the elements and the storage as they
-  // were.
+  /// SetSize that tells whether it succeeded; false leaves the elements and the storage as they
+  /// were.
   bool Resize(int newSize, int growBy = -1);
-  // Storage comes from malloc so that growing can be a realloc: the relocation is bitwise
-  // anyway, and a large block is then remapped instead of copied. Exhaustion gives nullptr and
-  // leaves data as it was.
+  /// Storage comes from malloc so that growing can be a realloc: the relocation is bitwise
+  /// anyway, and a large block is then remapped instead of copied. Exhaustion gives nullptr and
+  /// leaves data as it was.
   static TYPE* Reallocate(TYPE* data, int n) {
     return static_cast<TYPE*>(std::realloc(static_cast<void*>(data), sizeof(TYPE) * static_cast<std::size_t>(n)));
   }
@@ -274,6 +315,8 @@ void KvBtArray<TYPE, ARG_TYPE>::RemoveAt(int i, int count) {
   m_nSize -= count;
 }
 
+/// A growable array of TYPE with element-wise equality, cyclic access (index modulo the size, -1 is the last element),
+/// deep copying and cyclic reordering.
 template <class TYPE>
 class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
   using Base = KvBtArray<TYPE, TYPE>;
@@ -287,14 +330,18 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
     int k = 0;
     for (const TYPE& item : items) DeepCopyElement(this->m_pData[k++], item);
   }
+  /// Copies the elements.
   KvBtDynArray(const KvBtDynArray&) = default;
+  /// Takes over the storage of the other array.
   KvBtDynArray(KvBtDynArray&&) noexcept = default;
+  /// Copies the elements, as KvBtArray's assignment.
   KvBtDynArray& operator=(const KvBtDynArray&) = default;
+  /// Copies the elements, as KvBtArray's assignment.
   KvBtDynArray& operator=(KvBtDynArray&&) = default;
   ~KvBtDynArray() override = default;
 
-  // 1 when other is this array, or has the same size and every pair of elements is equal
-  // under TYPE's operator== (point arrays so compare with the point tolerance).
+  /// 1 when other is this array, or has the same size and every pair of elements is equal
+  /// under TYPE's operator== (point arrays so compare with the point tolerance).
   int operator==(const KvBtDynArray& other) const {
     if (&other == this) return 1;
     if (other.m_nSize != this->m_nSize) return 0;
@@ -302,17 +349,22 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
       if (!(this->m_pData[k] == other.m_pData[k])) return 0;
     return 1;
   }
+  /// The negation of operator==.
   int operator!=(const KvBtDynArray& other) const { return (*this == other) ? 0 : 1; }
 
-  // The cyclic index mod(i, size); 0 for an empty array.
+  /// The cyclic index mod(i, size); 0 for an empty array.
   int Index(int i) const { return mod(i, this->m_nSize); }
+  /// Element mod(i, size); a scratch element when empty.
   TYPE& Element(int i) { return this->m_nSize == 0 ? Base::Scratch() : this->m_pData[Index(i)]; }
+  /// Element mod(i, size); a scratch element when empty.
   const TYPE& Element(int i) const { return this->m_nSize == 0 ? Base::Scratch() : this->m_pData[Index(i)]; }
+  /// Element mod(i, size); a scratch element when empty.
   TYPE& operator()(int i) { return Element(i); }
+  /// Element mod(i, size); a scratch element when empty.
   const TYPE& operator()(int i) const { return Element(i); }
 
-  // Size of other, then each element deep-copied from the element at the same index: by the
-  // element's own DeepCopy where it has one (arrays of arrays), by assignment otherwise.
+  /// Size of other, then each element deep-copied from the element at the same index: by the
+  /// element's own DeepCopy where it has one (arrays of arrays), by assignment otherwise.
   void DeepCopy(const KvBtDynArray& other) {
     if (&other == this) return;
     this->SetSize(other.m_nSize);
@@ -320,9 +372,9 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
     for (int k = 0; k < other.m_nSize; ++k) DeepCopyElement(this->m_pData[k], other.m_pData[k]);
   }
 
-  // Reorders cyclically so that the element at index comes first; the order is kept when
-  // reverse is 0 and reversed otherwise: element k becomes the old element index + k (or
-  // index - k), taken modulo the size.
+  /// Reorders cyclically so that the element at index comes first; the order is kept when
+  /// reverse is 0 and reversed otherwise: element k becomes the old element index + k (or
+  /// index - k), taken modulo the size.
   void NewFirstElement(int index, int reverse) {
     const int n = this->m_nSize;
     if (n == 0) return;
@@ -351,14 +403,18 @@ class KvBtDynArray : public KvBtArray<TYPE, TYPE> {
   }
 };
 
-// A short array for small element counts; the same interface as KvBtArray.
+/// A short array for small element counts; the same interface as KvBtArray.
 template <class TYPE>
 class KvBtSmallArray : public KvBtArray<TYPE, const TYPE&> {
  public:
   KvBtSmallArray() = default;
+  /// Copies the elements.
   KvBtSmallArray(const KvBtSmallArray&) = default;
+  /// Takes over the storage of the other array.
   KvBtSmallArray(KvBtSmallArray&&) noexcept = default;
+  /// Copies the elements, as KvBtArray's assignment.
   KvBtSmallArray& operator=(const KvBtSmallArray&) = default;
+  /// Copies the elements, as KvBtArray's assignment.
   KvBtSmallArray& operator=(KvBtSmallArray&&) = default;
   ~KvBtSmallArray() override = default;
 };

@@ -1,8 +1,9 @@
 #pragma once
 
-// The geometry library is built with hidden symbols; what it exports carries KVGE_API. A shared
-// build defines UtilityGeometry_EXPORTS while the library itself is compiled; a static build and
-// everything linked against it define UTILITYGEOMETRY_STATIC_DEFINE.
+/// @file
+/// The geometry library is built with hidden symbols; what it exports carries KVGE_API. A shared
+/// build defines UtilityGeometry_EXPORTS while the library itself is compiled; a static build and
+/// everything linked against it define UTILITYGEOMETRY_STATIC_DEFINE.
 #ifdef UTILITYGEOMETRY_STATIC_DEFINE
 #define KVGE_API
 #define KVGE_NO_EXPORT

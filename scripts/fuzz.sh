@@ -20,7 +20,8 @@ if ! clang++ -fsanitize=fuzzer,address,undefined "$probe/p.cpp" -o "$probe/p" >/
 fi
 
 CXX=clang++ cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DUG_BUILD_FUZZ=ON \
-  -DBUILD_TESTING=OFF -DUG_BUILD_BENCH=OFF -DUG_BUILD_APPS=OFF -DUG_WARNINGS_AS_ERRORS=ON >/dev/null
+  -DBUILD_TESTING=OFF -DUG_BUILD_BENCH=OFF -DUG_BUILD_APPS=OFF -DUG_BUILD_EXAMPLES=OFF -DUG_BUILD_DOCS=OFF \
+  -DUG_WARNINGS_AS_ERRORS=ON >/dev/null
 cmake --build build/fuzz -j "$jobs"
 
 mkdir -p build/fuzz/artifacts

@@ -1,42 +1,54 @@
 #pragma once
-// A permutation of indices 0 .. n - 1 that orders a separate array without moving its items.
-// Sort() orders the entries in place with a comparison object cmp(a, b) on two entries
-// (negative, 0 or positive as item a sorts before, with or after item b): a quicksort that,
-// for ranges of more than 8 entries, swaps the middle entry to the front as pivot and
-// partitions around it, and finishes shorter ranges with an exchange sort. It is not stable.
-// A chain of more than 2 log2(n) partitions (inputs such as values running up and then down,
-// on which the middle pivot keeps splitting off a few entries) hands its range to a heap sort,
-// so no input takes more than n log n time. Where cmp is a strict order the sorted result is
-// unique, so the guard changes no result. The scans are bounded by the range, so even an
-// inconsistent comparison cannot make the sort read outside the permutation or fail to end.
+/// @file
+/// A permutation of indices 0 .. n - 1 that orders a separate array without moving its items.
+/// Sort() orders the entries in place with a comparison object cmp(a, b) on two entries
+/// (negative, 0 or positive as item a sorts before, with or after item b): a quicksort that,
+/// for ranges of more than 8 entries, swaps the middle entry to the front as pivot and
+/// partitions around it, and finishes shorter ranges with an exchange sort. It is not stable.
+/// A chain of more than 2 log2(n) partitions (inputs such as values running up and then down,
+/// on which the middle pivot keeps splitting off a few entries) hands its range to a heap sort,
+/// so no input takes more than n log n time. Where cmp is a strict order the sorted result is
+/// unique, so the guard changes no result. The scans are bounded by the range, so even an
+/// inconsistent comparison cannot make the sort read outside the permutation or fail to end.
 
 #include <climits>
 #include <vector>
 
 #include "basics/companion/UtilityBasicsClassExport.h"
 
+/// A permutation of indices 0 .. n - 1 that orders a separate array without moving its items; Sort is an unstable
+/// quicksort guarded by a heap sort, never quadratic.
 class KVBT_API KvTlPermVector {
  public:
   KvTlPermVector() = default;
+  /// The identity of n entries.
   explicit KvTlPermVector(int n) { SetSize(n); }
+  /// Copies the entries.
   KvTlPermVector(const KvTlPermVector&) = default;
+  /// Copies the entries.
   KvTlPermVector& operator=(const KvTlPermVector&) = default;
   virtual ~KvTlPermVector();
 
+  /// The number of entries.
   int GetSize() const { return static_cast<int>(m_Perm.size()); }
-  // Resizes; the capacity is kept when shrinking, so a reused permutation does not reallocate.
-  // Entries added by growing hold their own position.
+  /// Resizes; the capacity is kept when shrinking, so a reused permutation does not reallocate.
+  /// Entries added by growing hold their own position.
   void SetSize(int n);
-  // 0, 1, 2, ... n - 1.
+  /// 0, 1, 2, ... n - 1.
   void SetIdentity();
-  // Entry i; an index out of range gives the last entry, and -1 on an empty permutation.
+  /// Entry i; an index out of range gives the last entry, and -1 on an empty permutation.
   int GetAt(int i) const;
+  /// Entry i, as GetAt.
   int operator[](int i) const { return GetAt(i); }
-  // Writes entry i; an index out of range is ignored.
+  /// Writes entry i; an index out of range is ignored.
   void SetAt(int i, int value);
+  /// Exchanges entries i and j; an index out of range does nothing.
   void Swap(int i, int j);
+  /// The entries.
   const int* GetData() const { return m_Perm.data(); }
 
+  /// Orders the entries in place by cmp(a, b) (negative, 0 or positive as item a sorts before, with or after item b);
+  /// not stable.
   template <class Compare>
   void Sort(const Compare& cmp);
 
@@ -46,7 +58,7 @@ class KVBT_API KvTlPermVector {
 
 namespace KvTlDetail {
 
-// Moves item i of the heap a[0 .. n - 1] down until no child sorts after it.
+/// Moves item i of the heap a[0 .. n - 1] down until no child sorts after it.
 template <class T, class Compare>
 void SiftDown(T* a, int i, int n, const Compare& cmp) {
   const T v = a[i];
@@ -74,16 +86,16 @@ void HeapSort(T* a, int n, const Compare& cmp) {
 
 }  // namespace KvTlDetail
 
-// The sort of KvTlPermVector::Sort on any run of n items, for callers that keep their items in
-// storage of their own: cmp(x, y) compares two items (never an item with itself), and the same
-// comparisons in the same order give the same (unstable) result, whether the items are indices
-// or the records themselves.
-//
-// skip(lo, hi) may declare a range lo .. hi whose set of items is final (the range lies between
-// two items already in place, or at an end) as needing no order among its items: the range is
-// then left as it is and the sort goes on with the other ranges, which it orders exactly as
-// without skipping. A caller that reads only some positions of the order uses this to order
-// just those.
+/// The sort of KvTlPermVector::Sort on any run of n items, for callers that keep their items in
+/// storage of their own: cmp(x, y) compares two items (never an item with itself), and the same
+/// comparisons in the same order give the same (unstable) result, whether the items are indices
+/// or the records themselves.
+///
+/// skip(lo, hi) may declare a range lo .. hi whose set of items is final (the range lies between
+/// two items already in place, or at an end) as needing no order among its items: the range is
+/// then left as it is and the sort goes on with the other ranges, which it orders exactly as
+/// without skipping. A caller that reads only some positions of the order uses this to order
+/// just those.
 template <class T, class Compare, class Skip>
 void KvTlSortRange(T* a, int n, const Compare& cmp, const Skip& skip) {
   int lo = 0;
@@ -159,7 +171,7 @@ void KvTlSortRange(T* a, int n, const Compare& cmp, const Skip& skip) {
   }
 }
 
-// Inline, so that each caller's copy stays hidden in its own library instead of being exported.
+/// Inline, so that each caller's copy stays hidden in its own library instead of being exported.
 template <class Compare>
 inline void KvTlPermVector::Sort(const Compare& cmp) {
   KvTlSortRange(m_Perm.data(), GetSize(), cmp, [](int, int) { return false; });

@@ -1,8 +1,9 @@
 #pragma once
 
-// The companion basics library is built with hidden symbols; what it exports carries KVBT_API,
-// and private members of an exported class that must stay inside carry KVBT_NO_EXPORT.
-// The switch follows the geometry library's (see basics/UtilityGeometryExport.h).
+/// @file
+/// The companion basics library is built with hidden symbols; what it exports carries KVBT_API,
+/// and private members of an exported class that must stay inside carry KVBT_NO_EXPORT.
+/// The switch follows the geometry library's (see basics/UtilityGeometryExport.h).
 #ifdef UTILITYGEOMETRY_STATIC_DEFINE
 #define KVBT_API
 #define KVBT_NO_EXPORT

@@ -1,5 +1,6 @@
 #pragma once
-// Internal: the box and transform rules that the plane and the plan circles and arcs share.
+/// @file
+/// Internal: the box and transform rules that the plane and the plan circles and arcs share.
 
 #include <cmath>
 #include <initializer_list>
@@ -14,12 +15,12 @@ namespace KvGeDetail {
 constexpr double kKvGeTwoPi = 6.283185307179586;
 constexpr double kKvGePi = 3.141592653589793;
 
-// The box of the circle (whole non-zero) or of the arc beg -> end, each point of it transformed
-// by m. The point at angle t is centre + r (cos t, sin t) before the transform; coordinate k of
-// its image is extreme where t = atan2(m(1, k), m(0, k)) or that plus pi, for the `cols`
-// coordinates of the matrix. An arc adds its end points and those extremes that it passes; an
-// arc of sense 0 is its end points alone, and one that sweeps a full turn (within 1e-6) is its
-// circle. A radius within 0.001 of 0 gives the transformed centre alone.
+/// The box of the circle (whole non-zero) or of the arc beg -> end, each point of it transformed
+/// by m. The point at angle t is centre + r (cos t, sin t) before the transform; coordinate k of
+/// its image is extreme where t = atan2(m(1, k), m(0, k)) or that plus pi, for the `cols`
+/// coordinates of the matrix. An arc adds its end points and those extremes that it passes; an
+/// arc of sense 0 is its end points alone, and one that sweeps a full turn (within 1e-6) is its
+/// circle. A radius within 0.001 of 0 gives the transformed centre alone.
 template <class B, class P, class M>
 B ArcBox(const P& c, double r, int whole, const KvGeAngle& beg, const KvGeAngle& end, const M& m, unsigned cols) {
   B box;
@@ -49,7 +50,7 @@ B ArcBox(const P& c, double r, int whole, const KvGeAngle& beg, const KvGeAngle&
   return box;
 }
 
-// The plan part of a modelling matrix: how x and y of a direction map (row vectors).
+/// The plan part of a modelling matrix: how x and y of a direction map (row vectors).
 struct PlanMap {
   double a, b, c, d;  // (x, y) -> (x a + y c, x b + y d)
 
@@ -57,16 +58,16 @@ struct PlanMap {
   explicit PlanMap(const M& m) : a(m(0, 0)), b(m(0, 1)), c(m(1, 0)), d(m(1, 1)) {}
 
   double Det() const { return a * d - b * c; }
-  // The radius of the image circle: exact for a similarity, that of equal area otherwise.
+  /// The radius of the image circle: exact for a similarity, that of equal area otherwise.
   double Scale() const { return std::sqrt(std::fabs(Det())); }
   KvGeAngle Direction(const KvGeAngle& t) const {
     const double x = t.Cos(), y = t.Sin();
     return KvGeAngle(x * a + y * c, x * b + y * d);
   }
-  // Beg becomes the image direction of Beg. End becomes Beg plus the old sweep (negated by a
-  // mirror), corrected by the part of a turn that puts it on the image direction of End: an
-  // affine map moves directions by less than half a turn relative to each other, so whole turns
-  // and the sense survive and the ends lie on the right rays.
+  /// Beg becomes the image direction of Beg. End becomes Beg plus the old sweep (negated by a
+  /// mirror), corrected by the part of a turn that puts it on the image direction of End: an
+  /// affine map moves directions by less than half a turn relative to each other, so whole turns
+  /// and the sense survive and the ends lie on the right rays.
   void MapArc(KvGeAngle& beg, KvGeAngle& end) const {
     const double s = Det() < 0.0 ? -1.0 : 1.0;
     const KvGeAngle b0 = Direction(beg);

@@ -1,20 +1,21 @@
 #pragma once
-// Where lines cross: two lines, a line and a circle, a line and the edges of a closed point
-// sequence; the parallel of a segment and the piercing point of a line through a plane.
-//
-// Two lines p1 + d1 t and q1 + d2 u (d1 = p2 - p1, d2 = q2 - q1) are crossed as infinite lines
-// first. A line no longer than 0.001 gives no crossing, nor do lines whose directions differ
-// by a sine of at most 1e-6 (parallel or collinear; overlapping collinear segments are not told
-// apart and give no crossing either, even when long). The crossing point is computed with one
-// reciprocal of the cross product c = d1 x d2; its sign is the crossing sense: +1 when the
-// second line crosses the first from its right to its left.
-//
-// Parameters are distances in drawing units from the start point of each line along it. On a
-// bounded line (Segment non-zero) a crossing within 0.001 of an end point (inclusive) lies at
-// that end: end code -1 at the start, +1 at the end, 0 strictly inside; farther outside it is
-// no crossing. An unbounded line has end code 0 everywhere.
-//
-// The "23d" and KvGePoint3d forms work in plan (x and y); their crossing point has z = 0.
+/// @file
+/// Where lines cross: two lines, a line and a circle, a line and the edges of a closed point
+/// sequence; the parallel of a segment and the piercing point of a line through a plane.
+///
+/// Two lines p1 + d1 t and q1 + d2 u (d1 = p2 - p1, d2 = q2 - q1) are crossed as infinite lines
+/// first. A line no longer than 0.001 gives no crossing, nor do lines whose directions differ
+/// by a sine of at most 1e-6 (parallel or collinear; overlapping collinear segments are not told
+/// apart and give no crossing either, even when long). The crossing point is computed with one
+/// reciprocal of the cross product c = d1 x d2; its sign is the crossing sense: +1 when the
+/// second line crosses the first from its right to its left.
+///
+/// Parameters are distances in drawing units from the start point of each line along it. On a
+/// bounded line (Segment non-zero) a crossing within 0.001 of an end point (inclusive) lies at
+/// that end: end code -1 at the start, +1 at the end, 0 strictly inside; farther outside it is
+/// no crossing. An unbounded line has end code 0 everywhere.
+///
+/// The "23d" and KvGePoint3d forms work in plan (x and y); their crossing point has z = 0.
 
 /// \file
 /// Non-finite input: a crossing with a coordinate that is not finite, or one that overflows, is no
@@ -33,8 +34,8 @@
 
 namespace KvGeDetail {
 
-// The first of two lines to be crossed, with what does not depend on the second one, so that a
-// line crossed with many edges measures itself once (the results are the same bit for bit).
+/// The first of two lines to be crossed, with what does not depend on the second one, so that a
+/// line crossed with many edges measures itself once (the results are the same bit for bit).
 struct FirstLine {
   FirstLine(double p1x_, double p1y_, double p2x_, double p2y_)
       : p1x(p1x_),
@@ -47,9 +48,9 @@ struct FirstLine {
         k1(p1x_ * p2y_ - p1y_ * p2x_),
         r(std::fmax(std::fmax(std::fabs(p1x_), std::fabs(p1y_)), std::fmax(std::fabs(p2x_), std::fabs(p2y_)))) {}
 
-  // The crossing with the infinite line through q1 and q2: 0 for a line no longer than 0.001
-  // or a sine of the angle within 1e-6; otherwise 1 with the crossing (sx, sy), the cross
-  // product c and the length l2.
+  /// The crossing with the infinite line through q1 and q2: 0 for a line no longer than 0.001
+  /// or a sine of the angle within 1e-6; otherwise 1 with the crossing (sx, sy), the cross
+  /// product c and the length l2.
   int CrossInfinite(double q1x, double q1y, double q2x, double q2y, double& sx, double& sy, double& c,
                     double& l2) const {
     const double d2x = q2x - q1x, d2y = q2y - q1y;
@@ -65,22 +66,22 @@ struct FirstLine {
     return std::isfinite(sx) && std::isfinite(sy) ? 1 : 0;
   }
 
-  // The side of q from the line: its distance times l1, positive to the left.
+  /// The side of q from the line: its distance times l1, positive to the left.
   double Side(double qx, double qy) const { return d1x * (qy - p1y) - d1y * (qx - p1x); }
 
-  // Whether the edge q1-q2, whose ends lie hs and he (Side) from the line, cannot meet it within
-  // 0.001 of the edge, so that CrossInfinite and the end test need not run: both ends lie more
-  // than kSideBand on one side (the crossing of the infinite lines then lies at least that far
-  // beyond the nearer end, measured along the edge), and the crossing formula is conditioned
-  // well enough that its rounding cannot bring the computed crossing back into the band. That
-  // formula works on products of absolute coordinates (k1, k2): their rounding, about
-  // eps * r^2 for coordinates up to r, shifts each line sideways by that over its length, and
-  // moves the crossing along the edge by the shifts over the sine of the angle between the
-  // lines, against a margin of (distance - 0.001) over the same sine. So the edge is skipped
-  // only when kRound * r^2 * (1 / l1 + 1 / l2) plus 2 * kRound * r (the rounding of the cross
-  // product, of the sides and of the lengths) stays below the nearer end's distance less 0.0011.
-  // Monotone in r, in that distance and in l2, so a box of edges may be tested with bounds.
-  // Not a number or coordinates beyond 1e50 never skip.
+  /// Whether the edge q1-q2, whose ends lie hs and he (Side) from the line, cannot meet it within
+  /// 0.001 of the edge, so that CrossInfinite and the end test need not run: both ends lie more
+  /// than kSideBand on one side (the crossing of the infinite lines then lies at least that far
+  /// beyond the nearer end, measured along the edge), and the crossing formula is conditioned
+  /// well enough that its rounding cannot bring the computed crossing back into the band. That
+  /// formula works on products of absolute coordinates (k1, k2): their rounding, about
+  /// eps * r^2 for coordinates up to r, shifts each line sideways by that over its length, and
+  /// moves the crossing along the edge by the shifts over the sine of the angle between the
+  /// lines, against a margin of (distance - 0.001) over the same sine. So the edge is skipped
+  /// only when kRound * r^2 * (1 / l1 + 1 / l2) plus 2 * kRound * r (the rounding of the cross
+  /// product, of the sides and of the lengths) stays below the nearer end's distance less 0.0011.
+  /// Monotone in r, in that distance and in l2, so a box of edges may be tested with bounds.
+  /// Not a number or coordinates beyond 1e50 never skip.
   bool SkipEdge(double hs, double he, double q1x, double q1y, double q2x, double q2y) const {
     const double band = kSideBand * l1;
     const bool left = (hs > band) & (he > band);
@@ -95,8 +96,8 @@ struct FirstLine {
   static double Max(double a, double b) { return a < b ? b : a; }
   static double Min(double a, double b) { return b < a ? b : a; }
 
-  // The rounding test of SkipEdge for coordinates up to rq, the nearer end's side m (beyond the
-  // band) and the edge's squared length l2sq; without a square root or a division.
+  /// The rounding test of SkipEdge for coordinates up to rq, the nearer end's side m (beyond the
+  /// band) and the edge's squared length l2sq; without a square root or a division.
   bool Conditioned(double rq, double m, double l2sq) const {
     const double k = kRound * rq * rq;
     const double slack = m - 1.1 * kKvGeLinearTol * l1;  // (distance - 0.0011) * l1
@@ -105,22 +106,22 @@ struct FirstLine {
     return (rq < 1e50) & (2 * (k + 2 * kRound * rq * l1) <= slack) & (lhs * lhs <= slack * slack * l2sq);
   }
 
-  // Edges no longer than this squared cross nothing (their length is within 0.001 of 0); the
-  // bound is taken a little lower, 0.0009 squared.
+  /// Edges no longer than this squared cross nothing (their length is within 0.001 of 0); the
+  /// bound is taken a little lower, 0.0009 squared.
   static constexpr double kCrossingLenSqr = 0.81e-6;
-  // Within this range of the origin (line and edge) SkipEdge's rounding test holds for every
-  // edge that its side test passes and that is long enough to cross at all: kRound * r^2 stays
-  // below 1.35e-7, so k / l1 + k / l2 (l1, l2 > 0.0009) and 2 * kRound * r stay within the
-  // margin of 0.0004 (less rounding) that the side band leaves.
+  /// Within this range of the origin (line and edge) SkipEdge's rounding test holds for every
+  /// edge that its side test passes and that is long enough to cross at all: kRound * r^2 stays
+  /// below 1.35e-7, so k / l1 + k / l2 (l1, l2 > 0.0009) and 2 * kRound * r stay within the
+  /// margin of 0.0004 (less rounding) that the side band leaves.
   static constexpr double kPlainRange = 8192;
-  // Both ends this far (times l1) on one side of the line: outside the 0.001 band of the edge
-  // by a margin of 0.0005 that absorbs the rounding of the sides.
+  /// Both ends this far (times l1) on one side of the line: outside the 0.001 band of the edge
+  /// by a margin of 0.0005 that absorbs the rounding of the sides.
   static constexpr double kSideBand = 0.0015;
-  // Eight units of rounding: the first-order bound of the crossing formula's error, doubled.
+  /// Eight units of rounding: the first-order bound of the crossing formula's error, doubled.
   static constexpr double kRound = 8 * 2.220446049250313e-16;
 
   double p1x, p1y, p2x, p2y, d1x, d1y, l1, k1;
-  // The largest magnitude of the line's coordinates.
+  /// The largest magnitude of the line's coordinates.
   double r;
 };
 
@@ -131,8 +132,8 @@ inline int CrossInfiniteLines(double p1x, double p1y, double p2x, double p2y, do
   return a.CrossInfinite(q1x, q1y, q2x, q2y, sx, sy, c, l2);
 }
 
-// Where parameter t lies on a segment of length len: end code 0 strictly inside, -1 at the
-// start, +1 at the end (within 0.001, the start tested first); 0 when it lies outside.
+/// Where parameter t lies on a segment of length len: end code 0 strictly inside, -1 at the
+/// start, +1 at the end (within 0.001, the start tested first); 0 when it lies outside.
 inline int SegmentEndCode(double t, double len, int& code) {
   if (KvBtRealCompare(0.0, t, kKvGeLinearTol) < 0 && KvBtRealCompare(t, len, kKvGeLinearTol) < 0)
     code = 0;
@@ -145,8 +146,8 @@ inline int SegmentEndCode(double t, double len, int& code) {
   return 1;
 }
 
-// The record of the crossing of a (bounded when segA) and b (bounded when segB) in plan
-// coordinates; 0 when there is none.
+/// The record of the crossing of a (bounded when segA) and b (bounded when segB) in plan
+/// coordinates; 0 when there is none.
 struct Crossing {
   double x, y;
   int sense, code0, code1;
@@ -171,10 +172,10 @@ inline int CrossLines(double p1x, double p1y, double p2x, double p2y, int segA, 
   return CrossLines(FirstLine(p1x, p1y, p2x, p2y), segA, q1x, q1y, q2x, q2y, segB, r);
 }
 
-// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that l crosses
-// (edge bounded, l as its Segment says), in edge order. Edges that could not cross are skipped
-// without a square root: both ends beyond the side band suffice where the line and the edge lie
-// within kPlainRange of the origin; farther out SkipEdge also weighs the rounding.
+/// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that l crosses
+/// (edge bounded, l as its Segment says), in edge order. Edges that could not cross are skipped
+/// without a square root: both ends beyond the side band suffice where the line and the edge lie
+/// within kPlainRange of the origin; farther out SkipEdge also weighs the rounding.
 template <class Add>
 void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&& add) {
   const FirstLine a(l.P1().x, l.P1().y, l.P2().x, l.P2().y);
@@ -224,9 +225,11 @@ KVGE_API int IntrLineLine2d(const KvGePoint3d& p1, const KvGePoint3d& p2, const 
 /// and parameters on both lines, segment indices 0. r is cleared first; 0 when the lines are
 /// degenerate or parallel or the crossing lies outside a bounded line (r stays cleared).
 KVGE_API int Intersection2d(const KvGeLine2d& a, const KvGeLine2d& b, KvGeIntrPoint2d& r);
+/// In plan: the crossing of a and b as a space record with z = 0; 0 under the plane form's conditions.
 KVGE_API int Intersection2d(const KvGeLine23d& a, const KvGeLine23d& b, KvGeIntrPoint3d& r);
 /// The same, added to out (emptied first when append is 0); 1 when a record was added.
 KVGE_API int Intersection2d(const KvGeLine2d& a, const KvGeLine2d& b, KvGeIntrPoint2dArray& out, int append);
+/// In plan: the same, added to out (emptied first when append is 0); 1 when a record was added.
 KVGE_API int Intersection2d(const KvGeLine23d& a, const KvGeLine23d& b, KvBtDynArray<KvGeIntrPoint3d>& out, int append);
 
 /// The crossings of l (object 0) with the circle k, in the line's direction: none when the
@@ -244,6 +247,7 @@ KVGE_API int Intersection2d(const KvGeLine2d& l, const KvGeCircle2d& k, KvGeIntr
 /// code +1 on the one, -1 on the other); a repeated closing vertex gives a zero-length edge
 /// that crosses nothing. out is emptied first when append is 0; returns the number added.
 KVGE_API int Intersection2d(const KvGeLine2d& l, const KvGePoint2dArray& a, KvGeIntrPoint2dArray& out, int append);
+/// The same with the closed sequence as object 0 and l as object 1.
 KVGE_API int Intersection2d(const KvGePoint2dArray& a, const KvGeLine2d& l, KvGeIntrPoint2dArray& out, int append);
 
 /// The segment a-b shifted sideways by distance (positive to the left of a -> b); 1, or 0 when

@@ -1,19 +1,20 @@
 #pragma once
-// SVG pictures of plane geometry, for looking at a result rather than for printing.
-//
-// A KvGeSvgWriter collects regions, polygons, lines, polylines, points and labels, each drawn in
-// one style of a small fixed palette, and writes them as one SVG document:
-// - the view box is fitted to the box of everything added, widened by a margin on every side
-//   (a fraction of the larger extent; a content of no extent gets a view of 1 drawing unit);
-// - y points up, as in drawings. Drawing coordinates are mapped to pixels of the picture, which
-//   are its user units (viewBox "0 0 width height"), rounded to 0.01 pixel: so stroke widths,
-//   point marks and text have their intended screen size in every renderer, and strokes keep
-//   that width when a viewer zooms (vector-effect="non-scaling-stroke");
-// - regions are drawn as one path per polygon set with fill-rule="evenodd", so holes show as
-//   holes (the writer draws the rings; it does not apply the counting rule of the region
-//   operations: a clockwise ring on its own is drawn filled).
-// Elements are drawn in the order added; labels last, so text stays readable above the shapes.
-// Coordinates that are not finite are left out of the box and of the picture.
+/// @file
+/// SVG pictures of plane geometry, for looking at a result rather than for printing.
+///
+/// A KvGeSvgWriter collects regions, polygons, lines, polylines, points and labels, each drawn in
+/// one style of a small fixed palette, and writes them as one SVG document:
+/// - the view box is fitted to the box of everything added, widened by a margin on every side
+///   (a fraction of the larger extent; a content of no extent gets a view of 1 drawing unit);
+/// - y points up, as in drawings. Drawing coordinates are mapped to pixels of the picture, which
+///   are its user units (viewBox "0 0 width height"), rounded to 0.01 pixel: so stroke widths,
+///   point marks and text have their intended screen size in every renderer, and strokes keep
+///   that width when a viewer zooms (vector-effect="non-scaling-stroke");
+/// - regions are drawn as one path per polygon set with fill-rule="evenodd", so holes show as
+///   holes (the writer draws the rings; it does not apply the counting rule of the region
+///   operations: a clockwise ring on its own is drawn filled).
+/// Elements are drawn in the order added; labels last, so text stays readable above the shapes.
+/// Coordinates that are not finite are left out of the box and of the picture.
 
 #include <string>
 #include <vector>
@@ -42,10 +43,14 @@ enum class KvGeSvgStyle {
   kHighlight  // magenta: anything to draw attention to
 };
 
+/// Collects plane geometry in the styles of a fixed palette and writes it as one SVG document, y up, the view fitted to
+/// the content plus a margin.
 class KVGE_API KvGeSvgWriter {
  public:
   KvGeSvgWriter() = default;
+  /// Copies the settings and the elements.
   KvGeSvgWriter(const KvGeSvgWriter&) = default;
+  /// Copies the settings and the elements.
   KvGeSvgWriter& operator=(const KvGeSvgWriter&) = default;
   virtual ~KvGeSvgWriter();
 
@@ -65,11 +70,15 @@ class KVGE_API KvGeSvgWriter {
   KvGeSvgWriter& AddPolygon(const KvGePolygon2d& polygon, KvGeSvgStyle style = KvGeSvgStyle::kRegion);
   /// A line from P1 to P2 (drawn as its segment, whatever its Segment attribute).
   KvGeSvgWriter& AddLine(const KvGeLine2d& line, KvGeSvgStyle style = KvGeSvgStyle::kLine);
+  /// Every line, each from P1 to P2.
   KvGeSvgWriter& AddLines(const KvBtDynArray<KvGeLine2d>& lines, KvGeSvgStyle style = KvGeSvgStyle::kLine);
+  /// A polyline as an open path.
   KvGeSvgWriter& AddPolyline(const KvGePolyline2d& polyline, KvGeSvgStyle style = KvGeSvgStyle::kLine);
+  /// Every polyline, each as an open path.
   KvGeSvgWriter& AddPolylines(const KvGePolyline2dArray& polylines, KvGeSvgStyle style = KvGeSvgStyle::kLine);
   /// A point as a small disc of constant screen size.
   KvGeSvgWriter& AddPoint(const KvGePoint2d& p, KvGeSvgStyle style = KvGeSvgStyle::kPoint);
+  /// Every point, each as a small disc.
   KvGeSvgWriter& AddPoints(const KvGePoint2dArray& points, KvGeSvgStyle style = KvGeSvgStyle::kPoint);
   /// Text whose lower left corner sits a little up and right of the point; the point itself
   /// counts for the view box, the text does not. Text is escaped; bytes XML cannot hold (control
@@ -94,6 +103,7 @@ class KVGE_API KvGeSvgWriter {
   /// Writes the document to the file at path (replacing it). 1 on success, 0 when the file
   /// cannot be written (then the file may be missing or incomplete).
   int WriteFile(const char* path) const;
+  /// Writes the document to the file at path, as WriteFile(const char*).
   int WriteFile(const std::string& path) const { return WriteFile(path.c_str()); }
 
  private:
@@ -101,8 +111,8 @@ class KVGE_API KvGeSvgWriter {
     enum Shape { kArea, kOpen, kDot, kText };
     Shape shape;
     KvGeSvgStyle style;
-    // Coordinates as x, y pairs; each subpath (ring or polyline) ends at the next entry of
-    // breaks. A dot or text has one point.
+    /// Coordinates as x, y pairs; each subpath (ring or polyline) ends at the next entry of
+    /// breaks. A dot or text has one point.
     std::vector<double> xy;
     std::vector<int> breaks;
     std::string text;

@@ -1,25 +1,26 @@
 #pragma once
-// Internal: the rules that 2D and 3D points share, written once.
-//
-// A point is homogeneous: its coordinates and a flag m_bInfinite (non-zero for a point at
-// infinity, that is the direction of its coordinates with weight 0). Where two points meet, the
-// flag decides:
-//
-//   operator   same kind              left infinite, right ordinary   left ordinary, right infinite
-//   a + b      coordinate sums        a                               b
-//   a - b      coordinate differences a                               -b (infinite)
-//   a & b      coordinate minima      b (the ordinary one)            a (the ordinary one)
-//   a | b      coordinate maxima      a (the infinite one)            b (the infinite one)
-//
-// so an infinite point absorbs ordinary ones under + and -, loses under the minimum and wins
-// under the maximum. Same kind means both flags zero or both non-zero; a combined result keeps
-// the left flag.
-//
-// Equality compares the squared distance with tol * tol (operator== with 1e-6: a distance of at
-// most 0.001, inclusive, on the distance and not per coordinate) and demands the same kind.
-// OutCode sets, for each axis k, bit 1 << 2k when the coordinate is below min by more than tol
-// and bit 2 << 2k when it is above max by more than tol: a point within tol outside counts as
-// inside.
+/// @file
+/// Internal: the rules that 2D and 3D points share, written once.
+///
+/// A point is homogeneous: its coordinates and a flag m_bInfinite (non-zero for a point at
+/// infinity, that is the direction of its coordinates with weight 0). Where two points meet, the
+/// flag decides:
+///
+///   operator   same kind              left infinite, right ordinary   left ordinary, right infinite
+///   a + b      coordinate sums        a                               b
+///   a - b      coordinate differences a                               -b (infinite)
+///   a & b      coordinate minima      b (the ordinary one)            a (the ordinary one)
+///   a | b      coordinate maxima      a (the infinite one)            b (the infinite one)
+///
+/// so an infinite point absorbs ordinary ones under + and -, loses under the minimum and wins
+/// under the maximum. Same kind means both flags zero or both non-zero; a combined result keeps
+/// the left flag.
+///
+/// Equality compares the squared distance with tol * tol (operator== with 1e-6: a distance of at
+/// most 0.001, inclusive, on the distance and not per coordinate) and demands the same kind.
+/// OutCode sets, for each axis k, bit 1 << 2k when the coordinate is below min by more than tol
+/// and bit 2 << 2k when it is above max by more than tol: a point within tol outside counts as
+/// inside.
 
 #include <cmath>
 
@@ -29,17 +30,23 @@
 
 namespace KvGeDetail {
 
+/// The rules that plane and space points share (N coordinates, P the named point class): the flag m_bInfinite of a
+/// point at infinity, arithmetic with the flag rules, equality within 0.001 (inclusive, on the distance) between points
+/// of the same kind, and the region code against a box.
 template <unsigned N, class P>
 class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   using Base = CoordBase<N, P, BadIndexRead::kDummy>;
 
  public:
+  /// A point of the given flag and coordinates.
   template <class... C>
   constexpr PointBase(int infinite, C... coords) : Base(coords...), m_bInfinite(infinite) {}
 
-  // 1 when both are ordinary or both are at infinity.
+  /// 1 when both are ordinary or both are at infinity.
   int IsSameKind(const P& o) const { return (m_bInfinite != 0) == (o.m_bInfinite != 0) ? 1 : 0; }
 
+  /// The coordinate sums for the same kind; an infinite point absorbs an ordinary one (the result keeps the infinite
+  /// operand).
   P& operator+=(const P& o) {
     if (IsSameKind(o))
       this->AddCoords(o);
@@ -47,6 +54,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
       this->Self() = o;
     return this->Self();
   }
+  /// The coordinate differences for the same kind; an infinite left side stays, an infinite right side gives -o.
   P& operator-=(const P& o) {
     if (IsSameKind(o)) {
       this->SubCoords(o);
@@ -56,6 +64,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
     }
     return this->Self();
   }
+  /// The coordinate minima for the same kind; otherwise the ordinary operand.
   P& operator&=(const P& o) {
     if (IsSameKind(o))
       this->MinCoords(o);
@@ -63,6 +72,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
       this->Self() = o;
     return this->Self();
   }
+  /// The coordinate maxima for the same kind; otherwise the infinite operand.
   P& operator|=(const P& o) {
     if (IsSameKind(o))
       this->MaxCoords(o);
@@ -70,22 +80,32 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
       this->Self() = o;
     return this->Self();
   }
+  /// The sum, as operator+=.
   P operator+(const P& o) const { return P(this->Self()) += o; }
+  /// The difference, as operator-=.
   P operator-(const P& o) const { return P(this->Self()) -= o; }
+  /// The minimum, as operator&=.
   P operator&(const P& o) const { return P(this->Self()) &= o; }
+  /// The maximum, as operator|=.
   P operator|(const P& o) const { return P(this->Self()) |= o; }
   using Base::operator-;
 
+  /// 1 when the distance is at most tol (squared distance <= tol * tol, inclusive) and the kinds agree.
   int IsEqualTo(const P& o, double tol = kKvGeLinearTol) const {
     return (this->DistanceSqr(o) <= tol * tol && IsSameKind(o)) ? 1 : 0;
   }
+  /// 1 when the distance is at most 0.001 (squared distance <= 1e-6, inclusive) and the kinds agree.
   int operator==(const P& o) const { return (this->DistanceSqr(o) <= kKvGeLinearTolSqr && IsSameKind(o)) ? 1 : 0; }
+  /// The negation of operator==.
   int operator!=(const P& o) const { return (*this == o) ? 0 : 1; }
-  // The same comparisons with both operands of the derived type, so that C++20 finds no equally
-  // good reversed candidate.
+  /// The same comparisons with both operands of the derived type, so that C++20 finds no equally
+  /// good reversed candidate.
   friend int operator==(const P& a, const P& b) { return static_cast<const PointBase&>(a).operator==(b); }
+  /// The negation of the operator== above, both operands of the derived type.
   friend int operator!=(const P& a, const P& b) { return static_cast<const PointBase&>(a).operator!=(b); }
 
+  /// Bit 1 << 2k when coordinate k is below min by more than tol, bit 2 << 2k when above max by more than tol: a point
+  /// within tol outside counts as inside.
   int OutCode(const P& min, const P& max, double tol = kKvGeLinearTol) const {
     int code = 0;
     for (unsigned k = 0; k < N; ++k) {
@@ -95,12 +115,13 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
     return code;
   }
 
+  /// Non-zero for a point at infinity (a direction with weight 0).
   int m_bInfinite;
 
  protected:
-  // Takes the coordinates of a homogeneous vector of N + 1 components: divided by the weight
-  // (as a multiplication by 1 / w) when the weight is not within 0.001 of 0, else kept as a
-  // direction with the flag set.
+  /// Takes the coordinates of a homogeneous vector of N + 1 components: divided by the weight
+  /// (as a multiplication by 1 / w) when the weight is not within 0.001 of 0, else kept as a
+  /// direction with the flag set.
   template <class V>
   void SetHomogeneous(const V& v) {
     const double w = v[N];
@@ -113,7 +134,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
       m_bInfinite = 0;
     }
   }
-  // The coordinates with the weight appended: 0 for a point at infinity, 1 otherwise.
+  /// The coordinates with the weight appended: 0 for a point at infinity, 1 otherwise.
   template <class V>
   V Homogeneous() const {
     V v;
@@ -123,7 +144,7 @@ class PointBase : public CoordBase<N, P, BadIndexRead::kDummy> {
   }
 };
 
-// 1 when every coordinate of p is finite.
+/// 1 when every coordinate of p is finite.
 template <class P>
 bool IsFinitePoint(const P& p) {
   for (unsigned i = 0; i < p.Dim(); ++i)
@@ -131,8 +152,8 @@ bool IsFinitePoint(const P& p) {
   return true;
 }
 
-// Foot of p on the infinite line through a and b: a when the line is no longer than 0.001
-// (squared length <= 1e-6); not clamped to the segment.
+/// Foot of p on the infinite line through a and b: a when the line is no longer than 0.001
+/// (squared length <= 1e-6); not clamped to the segment.
 template <class P>
 P ProjectOnLine(const P& a, const P& b, const P& p) {
   const P d = b - a;
@@ -142,9 +163,9 @@ P ProjectOnLine(const P& a, const P& b, const P& p) {
   return a + d * t;
 }
 
-// Where the foot of p falls on the segment a-b: -1 before a, 1 at a, 0 strictly between, 2 at
-// b, -2 beyond b (ends within 0.001 along the segment); 0 for a segment no longer than 0.001
-// and for a NaN coordinate. The distance of p from the line is not looked at.
+/// Where the foot of p falls on the segment a-b: -1 before a, 1 at a, 0 strictly between, 2 at
+/// b, -2 beyond b (ends within 0.001 along the segment); 0 for a segment no longer than 0.001
+/// and for a NaN coordinate. The distance of p from the line is not looked at.
 template <class P>
 int BetweenOnSegment(const P& a, const P& b, const P& p) {
   const P d = b - a;
@@ -161,13 +182,13 @@ int BetweenOnSegment(const P& a, const P& b, const P& p) {
   return 0;
 }
 
-// The Cohen-Sutherland loop shared by the box and view-volume clippers: code(p) gives a point's
-// region code, step(p1, p2, c1) moves p1 onto the first boundary that c1 names. The segment is
-// rejected (0) when both codes share a bit and accepted (1) when both are 0; when only p2 is
-// outside the ends are exchanged and stay so: the caller gets the segment, not its orientation.
-// The ends are written only on success: a coordinate that is not finite, at the start or
-// after a step (a step that overflows), fails the clip with 0 and leaves both ends as they
-// were, and so does a rejection after steps. A bounded number of passes guards the loop.
+/// The Cohen-Sutherland loop shared by the box and view-volume clippers: code(p) gives a point's
+/// region code, step(p1, p2, c1) moves p1 onto the first boundary that c1 names. The segment is
+/// rejected (0) when both codes share a bit and accepted (1) when both are 0; when only p2 is
+/// outside the ends are exchanged and stay so: the caller gets the segment, not its orientation.
+/// The ends are written only on success: a coordinate that is not finite, at the start or
+/// after a step (a step that overflows), fails the clip with 0 and leaves both ends as they
+/// were, and so does a rejection after steps. A bounded number of passes guards the loop.
 template <class P, class Code, class Step>
 int CohenSutherland(P& p1, P& p2, Code code, Step step) {
   P a = p1, b = p2;
@@ -192,10 +213,10 @@ int CohenSutherland(P& p1, P& p2, Code code, Step step) {
   return 0;
 }
 
-// Clipping of p1-p2 to the box min-max with the tolerance 0.001; 1 when a part remains. An end
-// within 0.001 outside the box is not moved. The plane form moves an end as
-// y += (y2 - y1) (X - x1) / (x2 - x1); the space form through the parameter
-// t = (X - x1) / (x2 - x1).
+/// Clipping of p1-p2 to the box min-max with the tolerance 0.001; 1 when a part remains. An end
+/// within 0.001 outside the box is not moved. The plane form moves an end as
+/// y += (y2 - y1) (X - x1) / (x2 - x1); the space form through the parameter
+/// t = (X - x1) / (x2 - x1).
 template <class P, unsigned N>
 int ClipToBox(P& p1, P& p2, const P& min, const P& max) {
   if (!IsFinitePoint(min) || !IsFinitePoint(max)) return 0;

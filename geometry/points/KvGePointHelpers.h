@@ -1,16 +1,17 @@
 #pragma once
-// The point helper routines: the space point operations in a procedural form, kept because
-// applications call them under these names. Results go to output arguments; each routine hands
-// its work to the point member or free function, the plan circle or arc, the point array or the
-// plan distance and crossing function named in its comment, so it answers exactly what that
-// function answers. Unless the name says otherwise (LineLen3, DotProd, CrossProd, Clip with a
-// non-zero mode) a routine works in plan, on x and y. Every output may be one of the inputs.
-//
-// Three oddities are part of the interface and kept: DisFromLine, DisFromSeg, DisFromCrc and
-// DisFromArc answer squared distances although their names say distance; SphereCart, like
-// KvGePoint3d::SetSphere, does not scale x and y by cos b; Polar from a point at infinity
-// copies it. The cylinder and sphere conversions the other way (CartCylind, CartSphere) and
-// BetweenAng are declared with the angle and the numeric helpers.
+/// @file
+/// The point helper routines: the space point operations in a procedural form, kept because
+/// applications call them under these names. Results go to output arguments; each routine hands
+/// its work to the point member or free function, the plan circle or arc, the point array or the
+/// plan distance and crossing function named in its comment, so it answers exactly what that
+/// function answers. Unless the name says otherwise (LineLen3, DotProd, CrossProd, Clip with a
+/// non-zero mode) a routine works in plan, on x and y. Every output may be one of the inputs.
+///
+/// Three oddities are part of the interface and kept: DisFromLine, DisFromSeg, DisFromCrc and
+/// DisFromArc answer squared distances although their names say distance; SphereCart, like
+/// KvGePoint3d::SetSphere, does not scale x and y by cos b; Polar from a point at infinity
+/// copies it. The cylinder and sphere conversions the other way (CartCylind, CartSphere) and
+/// BetweenAng are declared with the angle and the numeric helpers.
 
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/points/KvGeAngle.h"
@@ -21,7 +22,9 @@
 KVGE_API void SetPoint(KvGePoint3d& p, double v);
 /// r = a + b, r = a - b, r = a * s, with the flag rules of the point operators.
 KVGE_API void AddPnt(const KvGePoint3d& a, const KvGePoint3d& b, KvGePoint3d& r);
+/// r = a - b, with the flag rules of the point operators.
 KVGE_API void SubPnt(const KvGePoint3d& a, const KvGePoint3d& b, KvGePoint3d& r);
+/// r = a * s, with the flag rules of the point operators.
 KVGE_API void MulPnt(const KvGePoint3d& a, double s, KvGePoint3d& r);
 /// r = CrossProduct(b - a, c - b) in space: the normal of the turn at b.
 KVGE_API void CrossProd(const KvGePoint3d& a, const KvGePoint3d& b, const KvGePoint3d& c, KvGePoint3d& r);

@@ -1,20 +1,21 @@
 #pragma once
-// Offsets and clean-up of polygons and polylines.
-//
-// The offsets and the loop removal of rings compute on the integer grid of the region
-// operations of polygon sets: every coordinate is rounded to kKvGeRegionScale (1e6) units per
-// drawing unit, a grid of 1e-6, and must lie within +-kKvGeRegionRange (1e9) drawing units,
-// bounds included; a coordinate beyond that or not finite makes the call fail with 0 and the
-// output unchanged. Nothing of the clipping library and no failed allocation leaves these
-// functions: such a failure is the result 0 as well.
-//
-// Their polygon set results are normalised as the set's operators leave them: outer rings
-// counter-clockwise, each followed by its holes clockwise; no ring crosses itself or another
-// (rings may touch at single vertices); no two consecutive vertices within 0.001; no vertex
-// within 0.001 of the line through its neighbours; no ring of area below 1e-6.
-//
-// The polyline correction and the loop removal of open polylines compute on the coordinates as
-// they are (any finite value).
+/// @file
+/// Offsets and clean-up of polygons and polylines.
+///
+/// The offsets and the loop removal of rings compute on the integer grid of the region
+/// operations of polygon sets: every coordinate is rounded to kKvGeRegionScale (1e6) units per
+/// drawing unit, a grid of 1e-6, and must lie within +-kKvGeRegionRange (1e9) drawing units,
+/// bounds included; a coordinate beyond that or not finite makes the call fail with 0 and the
+/// output unchanged. Nothing of the clipping library and no failed allocation leaves these
+/// functions: such a failure is the result 0 as well.
+///
+/// Their polygon set results are normalised as the set's operators leave them: outer rings
+/// counter-clockwise, each followed by its holes clockwise; no ring crosses itself or another
+/// (rings may touch at single vertices); no two consecutive vertices within 0.001; no vertex
+/// within 0.001 of the line through its neighbours; no ring of area below 1e-6.
+///
+/// The polyline correction and the loop removal of open polylines compute on the coordinates as
+/// they are (any finite value).
 
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/polygons/KvGePolygon2d.h"
