@@ -46,7 +46,7 @@ struct FirstLine {
         d1y(p2y_ - p1y_),
         l1(std::sqrt(d1x * d1x + d1y * d1y)),
         k1(p1x_ * p2y_ - p1y_ * p2x_),
-        r(std::fmax(std::fmax(std::fabs(p1x_), std::fabs(p1y_)), std::fmax(std::fabs(p2x_), std::fabs(p2y_)))) {}
+        r(Max(Max(std::fabs(p1x_), std::fabs(p1y_)), Max(std::fabs(p2x_), std::fabs(p2y_)))) {}
 
   /// The crossing with the infinite line through q1 and q2: 0 for a line no longer than 0.001
   /// or a sine of the angle within 1e-6; otherwise 1 with the crossing (sx, sy), the cross
