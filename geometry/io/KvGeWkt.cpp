@@ -366,19 +366,26 @@ void FillList(const Parsed& p, int l, int ring, A& out) {
   }
 }
 
-// Reverses all but the first point when the plan area has the wrong sign (a ring with area 0
-// keeps its order).
-template <class A>
-void Orient(A& ring, double area, int sense) {
-  if ((area > 0.0 && sense < 0) || (area < 0.0 && sense > 0)) {
-    auto* d = ring.GetData();
-    const int n = ring.GetSize();
+// Reverses all but the first point when the area (areaOf: plane or plan) has the wrong sign. A
+// ring with area 0 keeps its order, and so does a ring whose orientation rounding leaves unclear
+// (its reverse has an area of the wrong sign as well, as a sliver of area 1e-33 may): turning it
+// would not orient it, and the text read back would turn it again on every round.
+template <class A, class AreaOf>
+void Orient(A& ring, const AreaOf& areaOf, int sense) {
+  const double area = areaOf(ring);
+  if (!((area > 0.0 && sense < 0) || (area < 0.0 && sense > 0))) return;
+  auto* d = ring.GetData();
+  const int n = ring.GetSize();
+  const auto reverse = [d, n] {
     for (int i = 1, j = n - 1; i < j; ++i, --j) {
       const auto t = d[i];
       d[i] = d[j];
       d[j] = t;
     }
-  }
+  };
+  reverse();
+  const double turned = areaOf(ring);
+  if (!((turned > 0.0 && sense > 0) || (turned < 0.0 && sense < 0))) reverse();
 }
 
 int BuildRegion(const Parsed& p, KvGePolygon2dArray& out) {
@@ -389,7 +396,8 @@ int BuildRegion(const Parsed& p, KvGePolygon2dArray& out) {
     for (int l = first; l < p.polyEnd[static_cast<std::size_t>(q)]; ++l) {
       if (p.ListSize(l) == 0) continue;
       FillList<KvGePoint2dArray, KvGePoint2d>(p, l, 1, ring);
-      Orient(ring, ring.Area(), l == first ? 1 : -1);
+      Orient(
+          ring, [](const auto& r) { return r.Area(); }, l == first ? 1 : -1);
       out.Add(ring);
     }
   }
@@ -698,7 +706,8 @@ int KvGeReadWkt(const char* text, std::size_t length, KvGePolygon2d& out, std::s
     if (!ParseAs(text, length, 0, Bit(kTPolygon), "POLYGON", p, message)) return 0;
     KvGePolygon2d ring;
     if (!BuildOneRing<KvGePoint2dArray, KvGePoint2d>(p, ring, message)) return 0;
-    Orient(ring, ring.Area(), 1);
+    Orient(
+        ring, [](const auto& r) { return r.Area(); }, 1);
     out = ring;
     return 1;
   });
@@ -721,7 +730,8 @@ int KvGeReadWkt(const char* text, std::size_t length, KvGePolygon23d& out, std::
     if (!ParseAs(text, length, 1, Bit(kTPolygon), "POLYGON", p, message)) return 0;
     KvGePolygon23d ring;
     if (!BuildOneRing<KvGePoint3dArray, KvGePoint3d>(p, ring, message)) return 0;
-    Orient(ring, ring.Area2d(), 1);
+    Orient(
+        ring, [](const auto& r) { return r.Area2d(); }, 1);
     out = ring;
     return 1;
   });
@@ -1252,7 +1262,8 @@ int KvGeWktGeometry::GetRegion(KvGePolygon2dArray& out) const {
     KvGePolygon2dArray a;
     if (m_Points3.GetSize() > 0) {
       KvGePolygon2d ring{KvGePolygon3d(m_Points3)};
-      Orient(ring, ring.Area(), 1);
+      Orient(
+          ring, [](const auto& r) { return r.Area(); }, 1);
       a.Add(ring);
     }
     out = a;

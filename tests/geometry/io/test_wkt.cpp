@@ -356,6 +356,11 @@ TEST(Wkt, ReadingOrientsShellsCounterClockwiseAndHolesClockwise) {
   EXPECT_GT(ring.Area(), 0.0);
   ASSERT_EQ(KvGeReadWkt("POLYGON ((0 0, 1 1, 2 2, 0 0))", ring), 1);  // no area: kept as given
   EXPECT_TRUE(Bits(ring[1], P(1, 1)));
+  // A sliver whose reverse rounds to an area of the same sign cannot be oriented: kept as given,
+  // so that reading what was written does not turn it again on every round.
+  const char* sliver = "MULTIPOLYGON (((0 0, 10 0, 10 10, 0 10, 0 0)), ((3 5e-34, 0 0, 22 3, 0 0, 0 0, 3 5e-34)))";
+  ASSERT_EQ(KvGeReadWkt(sliver, region), 1);
+  EXPECT_EQ(KvGeWriteWkt(region), sliver);
 
   KvGePolygon23d plan;
   ASSERT_EQ(KvGeReadWkt("POLYGON Z ((0 0 5, 0 1 6, 1 0 7, 0 0 5))", plan), 1);
