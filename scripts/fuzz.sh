@@ -31,6 +31,8 @@ for name in archive operations wkt; do
   options=(-max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1
            -artifact_prefix="build/fuzz/artifacts/$name-")
   [ -f "fuzz/$name.dict" ] && options+=(-dict="fuzz/$name.dict")
+  # A fixed seed (UG_FUZZ_SEED) makes a short run take the same mutations every time.
+  [ -n "${UG_FUZZ_SEED:-}" ] && options+=(-seed="$UG_FUZZ_SEED")
   echo "fuzz_$name: ${seconds} s"
   if ! ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
       "./build/fuzz/fuzz/fuzz_$name" "${options[@]}" "$work" "fuzz/corpus/$name" >"build/fuzz/$name.log" 2>&1; then
