@@ -168,33 +168,11 @@ class ScanLine {
 // edge whose box lies farther off takes no square root.
 constexpr double kBoxBand = 0.0015;
 
-// Part states: -1 sets the outside bit, 1 the inside bit, anything else the boundary bit.
-unsigned short StateBit(int type) { return type == -1 ? 1 : (type == 1 ? 4 : 2); }
-
-unsigned short LineBits(const KvGeLine2d& l, const KvGeIntrCalculator2d& calc) {
-  const KvGeIntrPart2d segment = KvGeDetail::SegmentPart(l);
-  unsigned short bits = 0;
-  bool touchesInside = false, touchesOutside = false;
-  const int n = calc.GetSize0();
-  for (int i = 0; i < n; ++i) {
-    KvGeIntrPart2d part = calc.Part0(static_cast<unsigned>(i));
-    if (l.Segment()) part.Intersect0(segment);
-    const int c = part.Min().Compare0(part.Max());
-    if (c < 0) bits |= StateBit(part.Type());
-    if (c <= 0) {
-      if (part.Type() == -1) touchesOutside = true;
-      if (part.Type() == 1) touchesInside = true;
-    }
-  }
-  if (touchesInside && touchesOutside) bits |= 2;
-  return bits;
-}
-
 template <class Region>
 unsigned short LineContainment(const KvGeLine2d& l, const Region& region) {
   KvGeIntrCalculator2d calc;
   KvGeDetail::CutUnbounded(l, region, calc);
-  return LineBits(l, calc);
+  return KvGeDetail::LineBits(l, calc);
 }
 
 // Edge by edge, as bounded lines; stops once every bit is set.
@@ -306,3 +284,29 @@ unsigned short Containment(const KvGePolygon2d& tested, const KvGePolygon2d& pol
 unsigned short Containment(const KvGePolygon2dArray&, const KvGePolygon2d&) { return 1; }
 unsigned short Containment(const KvGePolygon2d&, const KvGePolygon2dArray&) { return 1; }
 unsigned short Containment(const KvGePolygon2dArray&, const KvGePolygon2dArray&) { return 1; }
+
+namespace KvGeDetail {
+
+// Part states: -1 sets the outside bit, 1 the inside bit, anything else the boundary bit.
+static unsigned short StateBit(int type) { return type == -1 ? 1 : (type == 1 ? 4 : 2); }
+
+unsigned short LineBits(const KvGeLine2d& l, const KvGeIntrCalculator2d& calc) {
+  const KvGeIntrPart2d segment = KvGeDetail::SegmentPart(l);
+  unsigned short bits = 0;
+  bool touchesInside = false, touchesOutside = false;
+  const int n = calc.GetSize0();
+  for (int i = 0; i < n; ++i) {
+    KvGeIntrPart2d part = calc.Part0(static_cast<unsigned>(i));
+    if (l.Segment()) part.Intersect0(segment);
+    const int c = part.Min().Compare0(part.Max());
+    if (c < 0) bits |= StateBit(part.Type());
+    if (c <= 0) {
+      if (part.Type() == -1) touchesOutside = true;
+      if (part.Type() == 1) touchesInside = true;
+    }
+  }
+  if (touchesInside && touchesOutside) bits |= 2;
+  return bits;
+}
+
+}  // namespace KvGeDetail

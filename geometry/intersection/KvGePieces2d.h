@@ -44,6 +44,9 @@ namespace KvGeDetail {
 void CutUnbounded(const KvGeLine2d& l, const KvGePoint2dArray& region, KvGeIntrCalculator2d& calc);
 void CutUnbounded(const KvGeLine2d& l, const KvGePolygon2dArray& region, KvGeIntrCalculator2d& calc);
 KvGeIntrPart2d SegmentPart(const KvGeLine2d& l);
+/// Internal: the containment bits of l read from calc, cut along its unbounded copy (the line
+/// containment's reading, shared by the free function and the prepared region).
+unsigned short LineBits(const KvGeLine2d& l, const KvGeIntrCalculator2d& calc);
 
 }  // namespace KvGeDetail
 

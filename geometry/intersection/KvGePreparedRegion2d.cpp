@@ -31,29 +31,6 @@ constexpr double kLimit = 1e8;
 
 inline int Class(double y, double py) { return KvBtRealCompare(y, py, kKvGeLinearTol); }
 
-unsigned short StateBit(int type) { return type == -1 ? 1 : (type == 1 ? 4 : 2); }
-
-// The bits of a line's parts in a calculator cut along it, as the free line containment reads
-// them.
-unsigned short LineBits(const KvGeLine2d& l, const KvGeIntrCalculator2d& calc) {
-  const KvGeIntrPart2d segment = KvGeDetail::SegmentPart(l);
-  unsigned short bits = 0;
-  bool touchesInside = false, touchesOutside = false;
-  const int n = calc.GetSize0();
-  for (int i = 0; i < n; ++i) {
-    KvGeIntrPart2d part = calc.Part0(static_cast<unsigned>(i));
-    if (l.Segment()) part.Intersect0(segment);
-    const int c = part.Min().Compare0(part.Max());
-    if (c < 0) bits |= StateBit(part.Type());
-    if (c <= 0) {
-      if (part.Type() == -1) touchesOutside = true;
-      if (part.Type() == 1) touchesInside = true;
-    }
-  }
-  if (touchesInside && touchesOutside) bits |= 2;
-  return bits;
-}
-
 void AddPiece(const KvGeIntrPart2d& part, KvBtDynArray<KvGeLine2d>& out) {
   if (part.Min().Compare0(part.Max()) < 0)
     out.Add(KvGeLine2d(KvGePoint2d(part.Min().x, part.Min().y, part.Min().m_bInfinite),
@@ -459,7 +436,7 @@ void KvGePreparedRegion2d::CutLine(const KvGeLine2d& l, KvGeIntrCalculator2d& ca
 unsigned short KvGePreparedRegion2d::Containment(const KvGeLine2d& l) const {
   KvGeIntrCalculator2d calc;
   CutLine(l, calc);
-  return LineBits(l, calc);
+  return KvGeDetail::LineBits(l, calc);
 }
 
 unsigned short KvGePreparedRegion2d::Containment(const KvGePolyline2d& l) const {
