@@ -172,13 +172,15 @@ inline int CrossLines(double p1x, double p1y, double p2x, double p2y, int segA, 
   return CrossLines(FirstLine(p1x, p1y, p2x, p2y), segA, q1x, q1y, q2x, q2y, segB, r);
 }
 
-/// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that l crosses
-/// (edge bounded, l as its Segment says), in edge order. Edges that could not cross are skipped
+/// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that the line a
+/// crosses (edge bounded, a bounded when segment is non-zero), in edge order. Edges that could not cross are skipped
 /// without a square root: both ends beyond the side band suffice where the line and the edge lie
-/// within kPlainRange of the origin; farther out SkipEdge also weighs the rounding.
-template <class Add>
-void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&& add) {
-  const FirstLine a(l.P1().x, l.P1().y, l.P2().x, l.P2().y);
+/// within kPlainRange of the origin; farther out SkipEdge also weighs the rounding. Each edge
+/// that may cross is first offered to taken(a, hs, he, s, e, plain) (the line measured once, the
+/// ends' sides, the ends, and whether line and ends lie within kPlainRange); when it answers true
+/// the caller has dealt with that edge and it is not crossed here.
+template <class Add, class Taken>
+void CrossClosedSequence(const FirstLine& a, int segment, const KvGePoint2d* v, int n, Add&& add, Taken&& taken) {
   // A line no longer than 0.001 crosses nothing.
   if (IsEqual(a.l1, 0.0, kKvGeLinearTol) || n <= 0) return;
   const double band = FirstLine::kSideBand * a.l1;
@@ -199,12 +201,22 @@ void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&&
     const bool ne = i + 1 == n ? n0 : near(e);
     const bool beside = ((hs > band) & (he > band)) | ((hs < -band) & (he < -band));
     const bool skip = beside && ((ns & ne) || a.SkipEdge(hs, he, s.x, s.y, e.x, e.y));
+    const double hp = hs;
+    const bool plain = ns & ne;
     hs = he;
     ns = ne;
-    if (skip) continue;
+    if (skip || taken(a, hp, he, s, e, plain)) continue;
     Crossing c;
-    if (CrossLines(a, l.Segment(), s.x, s.y, e.x, e.y, 1, c)) add(c, i);
+    if (CrossLines(a, segment, s.x, s.y, e.x, e.y, 1, c)) add(c, i);
   }
+}
+
+/// Every crossing, as above, with no edge taken by the caller.
+template <class Add>
+void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&& add) {
+  CrossClosedSequence(
+      FirstLine(l.P1().x, l.P1().y, l.P2().x, l.P2().y), l.Segment(), v, n, add,
+      [](const FirstLine&, double, double, const KvGePoint2d&, const KvGePoint2d&, bool) { return false; });
 }
 
 }  // namespace KvGeDetail

@@ -41,7 +41,21 @@ namespace {
 // order (the two sentinels, then the crossings in edge order, ring after ring), are sorted by the
 // same quicksort with the same comparison, and the parts are formed, typed, clipped and joined as
 // from the full calculator, so the pieces are the same. Storage is inline for the first kInline
-// records; out keeps its storage from call to call.
+// records.
+//
+// A bounded line is first cut the short way. Only parts within 0.001 of the segment can give a
+// piece, and the crossings far before its start count only through their sum (the state at the
+// start). So a crossing more than kFar before the start is only counted, one more than kFar
+// beyond the end is dropped in mode 0 (in mode non-zero it is kept: it may end a run), and the
+// rest is stored and sorted. That gives the full calculator's pieces when the order of the kept
+// records does not depend on the ones left out: when they are strictly ordered (each more than
+// 0.001 from the next) and lie more than 0.002 from every record left out. The sort lets a
+// record pass a pivot only within 0.001 of it, so two records more than 0.002 apart never
+// change sides, whatever the pivots; the records left out then come before (or after) all kept
+// ones in any order, and the part that joins them to the kept ones starts before the segment
+// (or ends after it) with the same count. Kept records must therefore lie within kNear of the
+// segment's span; one between kNear and kFar, or two kept records within 0.001, sends the line
+// the long way, through every crossing.
 struct Rec {
   double param;
   std::uint32_t segment;
@@ -52,9 +66,14 @@ struct Rec {
 
 int Compare0(const Rec& a, const Rec& b) { return KvGeDetail::OrderOnObject(a.segment, a.param, b.segment, b.param); }
 
+constexpr double kNear = 0.003;
+constexpr double kFar = 0.0055;
+
 class LineCut {
  public:
-  LineCut() {
+  // shortWay: try the short way (a bounded line).
+  LineCut(const KvGeLine2d& l, bool shortWay, int mode)
+      : m_Line(l.P1().x, l.P1().y, l.P2().x, l.P2().y), m_Short(shortWay), m_Mode(mode) {
     const KvGeIntrPoint2d& lo = KvGeIntrPoint2d::kNegInfinity;
     const KvGeIntrPoint2d& hi = KvGeIntrPoint2d::kPosInfinity;
     Push(Rec{lo.Param0(), lo.Segment0(), lo.CutCode1(), lo.x, lo.y, lo.m_bInfinite});
@@ -63,23 +82,51 @@ class LineCut {
   LineCut(const LineCut&) = delete;
   LineCut& operator=(const LineCut&) = delete;
 
-  // The crossings of the unbounded copy of l with the closed sequence.
-  void Cross(const KvGeLine2d& unbounded, const KvGePoint2dArray& ring) {
-    KvGeDetail::CrossClosedSequence(unbounded, ring.GetData(), ring.GetSize(),
-                                    [this](const KvGeDetail::Crossing& c, int) {
-                                      Push(Rec{c.t0, 0, c.code1 != 0 ? c.sense : 2 * c.sense, c.x, c.y, 0});
-                                    });
+  // The crossings of the unbounded copy of l with the closed sequence. false when the short way
+  // failed (the cut must be made again the long way).
+  bool Cross(const KvGePoint2dArray& ring) {
+    const auto add = [this](const KvGeDetail::Crossing& c, int) {
+      const Rec r{c.t0, 0, c.code1 != 0 ? c.sense : 2 * c.sense, c.x, c.y, 0};
+      if (m_Short)
+        Keep(r);
+      else
+        Push(r);
+    };
+    if (m_Short)
+      KvGeDetail::CrossClosedSequence(
+          m_Line, 0, ring.GetData(), ring.GetSize(), add,
+          [this](const KvGeDetail::FirstLine& a, double hs, double he, const KvGePoint2d& s, const KvGePoint2d& e,
+                 bool plain) { return plain && TakeStraddling(a, hs, he, s, e); });
+    else
+      KvGeDetail::CrossClosedSequence(m_Line, 0, ring.GetData(), ring.GetSize(), add, NoneTaken);
+    return !m_Unsure;
   }
 
-  // Sorts, cuts into typed parts and writes the pieces of the mode.
-  int Pieces(const KvGeLine2d& l, KvBtDynArray<KvGeLine2d>& out, int mode) {
+  // Sorts, cuts into typed parts and writes the pieces of the mode; false when the short way
+  // failed (out is then untouched).
+  bool Pieces(const KvGeLine2d& l, KvBtDynArray<KvGeLine2d>& out, int mode) {
     Rec* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
     const int n = m_Size;
-    const double dx = l.P2().x - l.P1().x, dy = l.P2().y - l.P1().y;
-    const Rec segMin{0.0, 0, 0, l.P1().x, l.P1().y, l.P1().m_bInfinite};
-    const Rec segMax{std::sqrt(dx * dx + dy * dy), 0, 0, l.P2().x, l.P2().y, l.P2().m_bInfinite};
-    const bool bounded = l.Segment() != 0;
     KvTlSortRange(rec, n, Compare0, [](int, int) { return false; });
+    if (m_Short) {
+      if (m_Unsure) return false;
+      for (int i = 0; i + 1 < n; ++i)
+        if (Compare0(rec[i], rec[i + 1]) >= 0) return false;
+      // The start sentinel stands for the crossings counted before the segment.
+      rec[0].cut += m_Before;
+    }
+    Walk(l, rec, n, out, mode);
+    return true;
+  }
+
+ private:
+  static constexpr int kInline = 32;
+
+  void Walk(const KvGeLine2d& l, const Rec* rec, int n, KvBtDynArray<KvGeLine2d>& out, int mode) const {
+    const Rec segMin{0.0, 0, 0, l.P1().x, l.P1().y, l.P1().m_bInfinite};
+    const Rec segMax{m_Line.l1, 0, 0, l.P2().x, l.P2().y, l.P2().m_bInfinite};
+    const bool bounded = l.Segment() != 0;
+    int written = 0;
     bool open = false;
     const Rec* runMin = nullptr;
     const Rec* runMax = nullptr;
@@ -100,7 +147,7 @@ class LineCut {
         const Rec* a = &p;
         const Rec* b = &q;
         if (bounded) Clip(a, b, segMin, segMax);
-        Add(*a, *b, out);
+        Add(*a, *b, out, written);
         continue;
       }
       if (Compare0(p, q) >= 0) continue;
@@ -112,23 +159,93 @@ class LineCut {
         const Rec* a = runMin;
         const Rec* b = runMax;
         if (bounded) Clip(a, b, segMin, segMax);
-        Add(*a, *b, out);
+        Add(*a, *b, out, written);
         open = false;
       }
     }
-    return out.GetSize();
+    if (written < out.GetSize()) out.RemoveAt(written, out.GetSize() - written);
   }
 
- private:
-  static constexpr int kInline = 32;
+  // A crossing computed as the full calculator does, on the short way: counted when more than
+  // kFar before the start, dropped when more than kFar beyond the end in mode 0, kept within
+  // kNear of the segment's span (and beyond its end in mode non-zero); elsewhere (or not a
+  // number) the short way fails.
+  void Keep(const Rec& r) {
+    const double t = r.param;
+    if (t < -kFar) {
+      m_Before += r.cut;
+    } else if (m_Mode == 0 && t > m_Line.l1 + kFar) {
+    } else if (t >= -kNear && (m_Mode != 0 || t <= m_Line.l1 + kNear)) {
+      Push(r);
+    } else {
+      m_Unsure = true;
+    }
+  }
+
+  // An edge whose ends lie on opposite sides beyond the side band, line and edge within the
+  // plain range, and not parallel by a clear margin, is crossed here rather than by CrossLines:
+  // its crossing lies more than 0.0011 inside the edge whatever the rounding (the argument of
+  // SkipEdge), so its end code is 0 and its cut twice its sense, and the edge's length, the
+  // parallel test's quotient and the parameter along the edge need not be computed. The
+  // crossing point and its parameter along the line are computed by the same operations as in
+  // CrossLines, so the record is the same bit for bit. Before that, a crossing that surely lies
+  // more than kFar before the start is only counted, and in mode 0 one more than kFar beyond
+  // the end is dropped: with w = hs - he the crossing lies at (ue hs - us he) / w along the
+  // line times its length (us, ue the ends' projections); that is compared times |w|, against
+  // the rounding of the full calculator's crossing (the sideways shifts of both lines over the
+  // sine of their angle, doubled) and of this estimate. false leaves the edge to CrossLines.
+  bool TakeStraddling(const KvGeDetail::FirstLine& a, double hs, double he, const KvGePoint2d& s,
+                      const KvGePoint2d& e) {
+    using KvGeDetail::FirstLine;
+    const double band = FirstLine::kSideBand * a.l1;
+    if (!(((hs > band) & (he < -band)) | ((hs < -band) & (he > band)))) return false;
+    const double d2x = e.x - s.x, d2y = e.y - s.y;
+    const double c = a.d1x * d2y - d2x * a.d1y;
+    // Surely beyond the parallel band of a sine of 1e-6, as the full calculator tests it.
+    if (!(c * c > 1.000001e-12 * (a.l1 * a.l1) * (d2x * d2x + d2y * d2y))) return false;
+    const double us = a.d1x * (s.x - a.p1x) + a.d1y * (s.y - a.p1y);
+    const double ue = a.d1x * (e.x - a.p1x) + a.d1y * (e.y - a.p1y);
+    const double w = hs - he;
+    const double at = w > 0 ? ue * hs - us * he : us * he - ue * hs;
+    const double aw = std::fabs(w);
+    const double r = FirstLine::Max(FirstLine::Max(a.r, FirstLine::Max(std::fabs(s.x), std::fabs(s.y))),
+                                    FirstLine::Max(std::fabs(e.x), std::fabs(e.y)));
+    const double m2 = std::fabs(d2x) + std::fabs(d2y);  // at least the edge's length
+    const double err = 2 * FirstLine::kRound * a.l1 * (r * r * (m2 + a.l1) + 2 * r * a.l1 * m2) +
+                       1024 * 2.220446049250313e-16 * r * r * a.l1 * a.l1;
+    if (at + err < -kFar * a.l1 * aw) {
+      m_Before += c > 0 ? 2 : -2;
+      return true;
+    }
+    if (m_Mode == 0 && at - err > (m_Line.l1 + kFar) * a.l1 * aw) return true;
+    const double k2 = s.x * e.y - s.y * e.x;
+    const double f = 1.0 / c;
+    const double sx = (a.d1x * k2 - d2x * a.k1) * f;
+    const double sy = (a.d1y * k2 - d2y * a.k1) * f;
+    if (!(std::isfinite(sx) && std::isfinite(sy))) return false;
+    const double t0 = ((sx - a.p1x) * a.d1x + (sy - a.p1y) * a.d1y) / a.l1;
+    Keep(Rec{t0, 0, c > 0 ? 2 : -2, sx, sy, 0});
+    return true;
+  }
 
   static void Clip(const Rec*& a, const Rec*& b, const Rec& segMin, const Rec& segMax) {
     if (Compare0(*a, segMin) <= 0) a = &segMin;
     if (Compare0(*b, segMax) >= 0) b = &segMax;
   }
-  static void Add(const Rec& a, const Rec& b, KvBtDynArray<KvGeLine2d>& out) {
-    if (Compare0(a, b) < 0)
+  // Writes over the pieces out holds from an earlier call before it grows, so that a reused
+  // array neither frees nor builds its lines again.
+  static void Add(const Rec& a, const Rec& b, KvBtDynArray<KvGeLine2d>& out, int& written) {
+    if (Compare0(a, b) >= 0) return;
+    if (written < out.GetSize()) {
+      KvGeLine2d& piece = out.GetData()[written];
+      piece.P1().Set(a.x, a.y, a.infinite);
+      piece.P2().Set(b.x, b.y, b.infinite);
+      piece.Segment() = 1;
+      piece.Sense() = 1;
+    } else {
       out.Add(KvGeLine2d(KvGePoint2d(a.x, a.y, a.infinite), KvGePoint2d(b.x, b.y, b.infinite), 1, 1));
+    }
+    ++written;
   }
   void Push(const Rec& r) {
     if (m_Size < kInline) {
@@ -143,24 +260,43 @@ class LineCut {
     ++m_Size;
   }
 
+  static bool NoneTaken(const KvGeDetail::FirstLine&, double, double, const KvGePoint2d&, const KvGePoint2d&, bool) {
+    return false;
+  }
+
+  // The unbounded copy of the line, measured once for all rings.
+  const KvGeDetail::FirstLine m_Line;
+  bool m_Short;
+  int m_Mode;
+  bool m_Unsure = false;
+  int m_Before = 0;
   int m_Size = 0;
   Rec m_Inline[kInline];
   std::vector<Rec> m_Heap;
 };
 
+// The pieces of l in the rings [first, last): the short way when l is bounded, and the long way
+// when that fails or l is unbounded.
+template <class Ring>
+int Pieces(const KvGeLine2d& l, const Ring* first, const Ring* last, KvBtDynArray<KvGeLine2d>& out, int mode) {
+  if (l.Segment() != 0) {
+    LineCut cut(l, true, mode);
+    bool ok = true;
+    for (const Ring* ring = first; ok && ring != last; ++ring) ok = cut.Cross(*ring);
+    if (ok && cut.Pieces(l, out, mode)) return out.GetSize();
+  }
+  LineCut cut(l, false, mode);
+  for (const Ring* ring = first; ring != last; ++ring) cut.Cross(*ring);
+  cut.Pieces(l, out, mode);
+  return out.GetSize();
+}
+
 int Pieces(const KvGeLine2d& l, const KvGePoint2dArray& region, KvBtDynArray<KvGeLine2d>& out, int mode) {
-  out.RemoveAt(0, out.GetSize());
-  LineCut cut;
-  cut.Cross(KvGeLine2d(l.P1(), l.P2(), 0, 1), region);
-  return cut.Pieces(l, out, mode);
+  return Pieces(l, &region, &region + 1, out, mode);
 }
 
 int Pieces(const KvGeLine2d& l, const KvGePolygon2dArray& region, KvBtDynArray<KvGeLine2d>& out, int mode) {
-  out.RemoveAt(0, out.GetSize());
-  LineCut cut;
-  const KvGeLine2d unbounded(l.P1(), l.P2(), 0, 1);
-  for (const KvGePolygon2d& ring : region) cut.Cross(unbounded, ring);
-  return cut.Pieces(l, out, mode);
+  return Pieces(l, region.GetData(), region.GetData() + region.GetSize(), out, mode);
 }
 
 // Chains the pieces of each edge of the polyline: a piece starting at the end of the last

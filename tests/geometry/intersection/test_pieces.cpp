@@ -153,19 +153,26 @@ TEST(Pieces, PolylinesChain) {
 // The pieces against their step-by-step form on random regions with holes, clusters of
 // vertices closer than the tolerance, horizontal edges and repeated closing vertices, with lines
 // through vertices, 0.0009 and 0.0011 beside them and along edges, bounded and not, both modes.
+// Every other line starts or ends at a set distance before or beyond an edge's inner crossing,
+// around the bands where a crossing counts, is kept or is dropped before the pieces are formed;
+// the regions grow to 10,000 units, past the range where edges are judged without rounding.
 TEST(Pieces, MatchTheStepByStepAnswer) {
   std::mt19937 rng(99);
   std::uniform_real_distribution<double> unit(0.0, 1.0);
   const double offsets[] = {0.0, 0.0009, -0.0009, 0.0011, -0.0011, 0.0005};
+  const double ends[] = {0.0,    0.0009,  -0.0009, 0.0011,  -0.0011, 0.003, -0.003,
+                         0.0045, -0.0045, 0.0055,  -0.0055, 0.006,   -0.006};
   KvBtDynArray<KvGeLine2d> fast, slow;
   int compared = 0;
   for (int shape = 0; shape < 150; ++shape) {
+    const double scale = shape % 3 == 0 ? 1.0 : shape % 3 == 1 ? 25.0 : 250.0;
     KvGePolygon2dArray region;
     const int rings = 1 + shape % 4;
     for (int r = 0; r < rings; ++r) {
       KvGePolygon2d ring;
       const int n = 3 + static_cast<int>(unit(rng) * 25);
-      const double radius = r == 0 ? 40 : 4, cx = r == 0 ? 0 : -20 + 13 * r, cy = r == 0 ? 0 : 3;
+      const double radius = (r == 0 ? 40 : 4) * scale, cx = (r == 0 ? 0 : -20 + 13 * r) * scale,
+                   cy = (r == 0 ? 0 : 3) * scale;
       for (int i = 0; i < n; ++i) {
         const double a = 6.283185307179586 * (i + 0.9 * unit(rng)) / n, rr = radius * (0.5 + 0.5 * unit(rng));
         double x = cx + rr * std::cos(a), y = cy + rr * std::sin(a);
@@ -183,11 +190,20 @@ TEST(Pieces, MatchTheStepByStepAnswer) {
       const KvGePoint2d v = ring[i], w = ring[mod(i + 1, ring.GetSize())];
       const double a = k % 4 == 0 ? 0.0 : 3.14159 * unit(rng);
       KvGePoint2d d(std::cos(a), std::sin(a));
-      if (k % 7 == 0 && DistanceSqr2d(v, w) > 0) d = (w - v) * (1.0 / std::sqrt(DistanceSqr2d(v, w)));  // along
-      const double off = offsets[k % 6];
-      const KvGePoint2d base(v.x - d.y * off, v.y + d.x * off);
-      const double back = k % 5 == 1 ? 0.0 : 60 * unit(rng);  // some start on the boundary
-      const KvGeLine2d l(base - d * back, base + d * (60 * unit(rng)), k % 3 != 0);
+      const double len = 60 * scale * unit(rng);
+      KvGeLine2d l;
+      if (k % 2 == 1) {
+        // Starting e after the crossing at the edge's middle (odd rows), or ending e before it.
+        const KvGePoint2d mid = (v + w) * 0.5;
+        const double e = ends[(k / 2) % 13];
+        l = k % 4 == 1 ? KvGeLine2d(mid + d * e, mid + d * (e + len)) : KvGeLine2d(mid - d * (e + len), mid - d * e);
+      } else {
+        if (k % 7 == 0 && DistanceSqr2d(v, w) > 0) d = (w - v) * (1.0 / std::sqrt(DistanceSqr2d(v, w)));  // along
+        const double off = offsets[k % 6];
+        const KvGePoint2d base(v.x - d.y * off, v.y + d.x * off);
+        const double back = k % 5 == 1 ? 0.0 : 60 * scale * unit(rng);  // some start on the boundary
+        l = KvGeLine2d(base - d * back, base + d * len, k % 3 != 0);
+      }
       for (int mode = 0; mode < 2; ++mode) {
         ASSERT_EQ(Intersection2d(l, region, fast, mode), SlowPieces(l, region, slow, mode)) << shape << " " << k;
         for (int j = 0; j < fast.GetSize(); ++j) {
