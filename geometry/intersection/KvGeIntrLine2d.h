@@ -172,43 +172,88 @@ inline int CrossLines(double p1x, double p1y, double p2x, double p2y, int segA, 
   return CrossLines(FirstLine(p1x, p1y, p2x, p2y), segA, q1x, q1y, q2x, q2y, segB, r);
 }
 
-/// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that the line a
-/// crosses (edge bounded, a bounded when segment is non-zero), in edge order. Edges that could not cross are skipped
-/// without a square root: both ends beyond the side band suffice where the line and the edge lie
-/// within kPlainRange of the origin; farther out SkipEdge also weighs the rounding. Each edge
-/// that may cross is first offered to taken(a, hs, he, s, e, plain) (the line measured once, the
-/// ends' sides, the ends, and whether line and ends lie within kPlainRange); when it answers true
-/// the caller has dealt with that edge and it is not crossed here.
+/// What the edge scan of one line needs, computed once for all the closed sequences it is
+/// crossed with: the side band and the plain range (negative for a line far out, so that no
+/// vertex passes and SkipEdge weighs every edge). A line no longer than 0.001 crosses nothing,
+/// nor does one with a coordinate that is not finite (CrossInfinite would find no finite
+/// crossing with any edge).
+struct EdgeScan {
+  explicit EdgeScan(const FirstLine& a_)
+      : a(a_),
+        band(FirstLine::kSideBand * a_.l1),
+        range(a_.r <= FirstLine::kPlainRange ? FirstLine::kPlainRange : -1.0),
+        none(IsEqual(a_.l1, 0.0, kKvGeLinearTol) != 0 ||
+             !(std::isfinite(a_.p1x) && std::isfinite(a_.p1y) && std::isfinite(a_.p2x) && std::isfinite(a_.p2y))) {}
+
+  /// Calls add(crossing, i) for every edge i of the closed sequence v[0 .. n-1] that the line
+  /// crosses (edge bounded, the line bounded when segment is non-zero), in edge order. Edges
+  /// that could not cross are skipped without a square root: both ends beyond the side band
+  /// suffice where the line and the edge lie within kPlainRange of the origin; farther out
+  /// SkipEdge also weighs the rounding. Each edge that may cross is first offered to taken(a,
+  /// hs, he, s, e, plain) (the line, the ends' sides, the ends, and whether line and ends lie
+  /// within kPlainRange); when it answers true the caller has dealt with that edge.
+  template <class Add, class Taken>
+  void Cross(int segment, const KvGePoint2d* v, int n, Add& add, Taken& taken) const {
+    Cross(
+        segment, &v, &v + 1, [n](const KvGePoint2d*) { return n; }, [](const KvGePoint2d* p) { return p; }, add, taken);
+  }
+
+  /// Cross with each of the closed sequences [first, last) in turn: data(ring) and size(ring)
+  /// give their vertices. The line's numbers are held in locals across the rings, so that
+  /// nothing the callbacks store can make the compiler read them again for every vertex.
+  template <class Ring, class Size, class Data, class Add, class Taken>
+  void Cross(int segment, const Ring* first, const Ring* last, Size&& size, Data&& data, Add& add, Taken& taken) const {
+    if (none) return;
+    const double px = a.p1x, py = a.p1y, dx = a.d1x, dy = a.d1y, hi = band, lo = -band, lim = range;
+    // FirstLine::Side, on the locals.
+    const auto side = [px, py, dx, dy](const KvGePoint2d& p) { return dx * (p.y - py) - dy * (p.x - px); };
+    const auto near = [lim](const KvGePoint2d& p) {
+      const double ax = std::fabs(p.x), ay = std::fabs(p.y);
+      return (ax < ay ? ay : ax) <= lim;  // not a number fails
+    };
+    // A vertex's side where it lies within the range, else 0, which passes over no edge.
+    const auto plainSide = [&](const KvGePoint2d& p) { return near(p) ? side(p) : 0.0; };
+    // Both ends beyond the band on one side (a - b > 0 exactly when a > b).
+    const auto beside = [hi, lo](double g, double h) {
+      const double mn = g < h ? g : h, mx = g < h ? h : g;
+      const double over = mn - hi, under = lo - mx;
+      return (over < under ? under : over) > 0.0;
+    };
+    // An edge the loop could not pass over, from the ends' plain sides (a side of 0 is
+    // computed again: the vertex may lie out of range).
+    const auto edge = [&](int i, const KvGePoint2d& s, const KvGePoint2d& e, double gs, double ge) {
+      const double hs = gs != 0.0 ? gs : side(s), he = ge != 0.0 ? ge : side(e);
+      const bool plain = (gs != 0.0 || near(s)) && (ge != 0.0 || near(e));
+      if (((hs > hi) & (he > hi)) | ((hs < lo) & (he < lo)))
+        if (plain || a.SkipEdge(hs, he, s.x, s.y, e.x, e.y)) return;
+      if (taken(a, hs, he, s, e, plain)) return;
+      Crossing c;
+      if (CrossLines(a, segment, s.x, s.y, e.x, e.y, 1, c)) add(c, i);
+    };
+    for (const Ring* ring = first; ring != last; ++ring) {
+      const KvGePoint2d* v = data(*ring);
+      const int n = size(*ring);
+      if (n <= 0) continue;
+      const double g0 = plainSide(v[0]);
+      double gs = g0;
+      for (int i = 0; i + 1 < n; ++i) {
+        const double ge = plainSide(v[i + 1]);
+        if (!beside(gs, ge)) edge(i, v[i], v[i + 1], gs, ge);
+        gs = ge;
+      }
+      if (!beside(gs, g0)) edge(n - 1, v[n - 1], v[0], gs, g0);
+    }
+  }
+
+  const FirstLine& a;
+  double band, range;
+  bool none;
+};
+
+/// EdgeScan::Cross of the line a with one closed sequence.
 template <class Add, class Taken>
 void CrossClosedSequence(const FirstLine& a, int segment, const KvGePoint2d* v, int n, Add&& add, Taken&& taken) {
-  // A line no longer than 0.001 crosses nothing.
-  if (IsEqual(a.l1, 0.0, kKvGeLinearTol) || n <= 0) return;
-  const double band = FirstLine::kSideBand * a.l1;
-  // No vertex passes a negative range: a line far out has every edge weighed by SkipEdge.
-  const double range = a.r <= FirstLine::kPlainRange ? FirstLine::kPlainRange : -1.0;
-  // Cross products with the direction: the distances of the vertices from the line, times its
-  // length, and whether the vertices lie within the range, each computed once. A coordinate
-  // that is not a number never skips.
-  const auto near = [range](const KvGePoint2d& p) { return (std::fabs(p.x) <= range) & (std::fabs(p.y) <= range); };
-  const double h0 = a.Side(v[0].x, v[0].y);
-  const bool n0 = near(v[0]);
-  double hs = h0;
-  bool ns = n0;
-  for (int i = 0; i < n; ++i) {
-    const KvGePoint2d& s = v[i];
-    const KvGePoint2d& e = v[i + 1 == n ? 0 : i + 1];
-    const double he = i + 1 == n ? h0 : a.Side(e.x, e.y);
-    const bool ne = i + 1 == n ? n0 : near(e);
-    const bool beside = ((hs > band) & (he > band)) | ((hs < -band) & (he < -band));
-    const bool skip = beside && ((ns & ne) || a.SkipEdge(hs, he, s.x, s.y, e.x, e.y));
-    const double hp = hs;
-    const bool plain = ns & ne;
-    hs = he;
-    ns = ne;
-    if (skip || taken(a, hp, he, s, e, plain)) continue;
-    Crossing c;
-    if (CrossLines(a, segment, s.x, s.y, e.x, e.y, 1, c)) add(c, i);
-  }
+  EdgeScan(a).Cross(segment, v, n, add, taken);
 }
 
 /// Every crossing, as above, with no edge taken by the caller.

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "basics/companion/KvTlPermVector.h"
@@ -74,17 +75,17 @@ class LineCut {
   // shortWay: try the short way (a bounded line).
   LineCut(const KvGeLine2d& l, bool shortWay, int mode)
       : m_Line(l.P1().x, l.P1().y, l.P2().x, l.P2().y), m_Short(shortWay), m_Mode(mode) {
-    const KvGeIntrPoint2d& lo = KvGeIntrPoint2d::kNegInfinity;
-    const KvGeIntrPoint2d& hi = KvGeIntrPoint2d::kPosInfinity;
-    Push(Rec{lo.Param0(), lo.Segment0(), lo.CutCode1(), lo.x, lo.y, lo.m_bInfinite});
-    Push(Rec{hi.Param0(), hi.Segment0(), hi.CutCode1(), hi.x, hi.y, hi.m_bInfinite});
+    // The short way keeps the end sentinel back until its records are sorted.
+    Push(Sentinel(KvGeIntrPoint2d::kNegInfinity));
+    if (!m_Short) Push(Sentinel(KvGeIntrPoint2d::kPosInfinity));
   }
   LineCut(const LineCut&) = delete;
   LineCut& operator=(const LineCut&) = delete;
 
-  // The crossings of the unbounded copy of l with the closed sequence. false when the short way
-  // failed (the cut must be made again the long way).
-  bool Cross(const KvGePoint2dArray& ring) {
+  // The crossings of the unbounded copy of l with the closed sequences [first, last). false
+  // when the short way failed (the cut must be made again the long way).
+  template <class Ring>
+  bool Cross(const Ring* first, const Ring* last) {
     const auto add = [this](const KvGeDetail::Crossing& c, int) {
       const Rec r{c.t0, 0, c.code1 != 0 ? c.sense : 2 * c.sense, c.x, c.y, 0};
       if (m_Short)
@@ -92,35 +93,57 @@ class LineCut {
       else
         Push(r);
     };
-    if (m_Short)
-      KvGeDetail::CrossClosedSequence(
-          m_Line, 0, ring.GetData(), ring.GetSize(), add,
-          [this](const KvGeDetail::FirstLine& a, double hs, double he, const KvGePoint2d& s, const KvGePoint2d& e,
-                 bool plain) { return plain && TakeStraddling(a, hs, he, s, e); });
-    else
-      KvGeDetail::CrossClosedSequence(m_Line, 0, ring.GetData(), ring.GetSize(), add, NoneTaken);
+    const KvGeDetail::EdgeScan scan(m_Line);
+    if (m_Short) {
+      auto take = [this](const KvGeDetail::FirstLine& a, double hs, double he, const KvGePoint2d& s,
+                         const KvGePoint2d& e, bool plain) { return plain && TakeStraddling(a, hs, he, s, e); };
+      scan.Cross(0, first, last, Size, Data, add, take);
+    } else {
+      auto none = [](const KvGeDetail::FirstLine&, double, double, const KvGePoint2d&, const KvGePoint2d&, bool) {
+        return false;
+      };
+      scan.Cross(0, first, last, Size, Data, add, none);
+    }
     return !m_Unsure;
   }
 
   // Sorts, cuts into typed parts and writes the pieces of the mode; false when the short way
   // failed (out is then untouched).
   bool Pieces(const KvGeLine2d& l, KvBtDynArray<KvGeLine2d>& out, int mode) {
-    Rec* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
-    const int n = m_Size;
-    KvTlSortRange(rec, n, Compare0, [](int, int) { return false; });
     if (m_Short) {
       if (m_Unsure) return false;
+      Push(Sentinel(KvGeIntrPoint2d::kPosInfinity));
+      Rec* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
+      const int n = m_Size;
+      // The kept records lie between the sentinels (segment 0 and parameters from -0.003, where
+      // the start sentinel lies at -1e9 and the end sentinel on a later segment). Sorted by
+      // parameter, they are in the full calculator's order when each lies more than 0.001
+      // from the next: no two of them are then equal to the tolerant comparison, so every sort
+      // by it gives this one order.
+      for (int i = 2; i + 1 < n; ++i)
+        for (int j = i; j > 1 && rec[j].param < rec[j - 1].param; --j) std::swap(rec[j], rec[j - 1]);
       for (int i = 0; i + 1 < n; ++i)
         if (Compare0(rec[i], rec[i + 1]) >= 0) return false;
       // The start sentinel stands for the crossings counted before the segment.
       rec[0].cut += m_Before;
+      Walk(l, rec, n, out, mode);
+      return true;
     }
+    Rec* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
+    const int n = m_Size;
+    KvTlSortRange(rec, n, Compare0, [](int, int) { return false; });
     Walk(l, rec, n, out, mode);
     return true;
   }
 
  private:
   static constexpr int kInline = 32;
+
+  static Rec Sentinel(const KvGeIntrPoint2d& p) {
+    return Rec{p.Param0(), p.Segment0(), p.CutCode1(), p.x, p.y, p.m_bInfinite};
+  }
+  static int Size(const KvGePoint2dArray& ring) { return ring.GetSize(); }
+  static const KvGePoint2d* Data(const KvGePoint2dArray& ring) { return ring.GetData(); }
 
   void Walk(const KvGeLine2d& l, const Rec* rec, int n, KvBtDynArray<KvGeLine2d>& out, int mode) const {
     const Rec segMin{0.0, 0, 0, l.P1().x, l.P1().y, l.P1().m_bInfinite};
@@ -208,8 +231,7 @@ class LineCut {
     const double w = hs - he;
     const double at = w > 0 ? ue * hs - us * he : us * he - ue * hs;
     const double aw = std::fabs(w);
-    const double r = FirstLine::Max(FirstLine::Max(a.r, FirstLine::Max(std::fabs(s.x), std::fabs(s.y))),
-                                    FirstLine::Max(std::fabs(e.x), std::fabs(e.y)));
+    const double r = FirstLine::kPlainRange;            // bounds every coordinate of a plain edge and line
     const double m2 = std::fabs(d2x) + std::fabs(d2y);  // at least the edge's length
     const double err = 2 * FirstLine::kRound * a.l1 * (r * r * (m2 + a.l1) + 2 * r * a.l1 * m2) +
                        1024 * 2.220446049250313e-16 * r * r * a.l1 * a.l1;
@@ -260,10 +282,6 @@ class LineCut {
     ++m_Size;
   }
 
-  static bool NoneTaken(const KvGeDetail::FirstLine&, double, double, const KvGePoint2d&, const KvGePoint2d&, bool) {
-    return false;
-  }
-
   // The unbounded copy of the line, measured once for all rings.
   const KvGeDetail::FirstLine m_Line;
   bool m_Short;
@@ -281,12 +299,10 @@ template <class Ring>
 int Pieces(const KvGeLine2d& l, const Ring* first, const Ring* last, KvBtDynArray<KvGeLine2d>& out, int mode) {
   if (l.Segment() != 0) {
     LineCut cut(l, true, mode);
-    bool ok = true;
-    for (const Ring* ring = first; ok && ring != last; ++ring) ok = cut.Cross(*ring);
-    if (ok && cut.Pieces(l, out, mode)) return out.GetSize();
+    if (cut.Cross(first, last) && cut.Pieces(l, out, mode)) return out.GetSize();
   }
   LineCut cut(l, false, mode);
-  for (const Ring* ring = first; ring != last; ++ring) cut.Cross(*ring);
+  cut.Cross(first, last);
   cut.Pieces(l, out, mode);
   return out.GetSize();
 }
