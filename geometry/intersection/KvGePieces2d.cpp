@@ -211,12 +211,8 @@ class LineCut {
   // SkipEdge), so its end code is 0 and its cut twice its sense, and the edge's length, the
   // parallel test's quotient and the parameter along the edge need not be computed. The
   // crossing point and its parameter along the line are computed by the same operations as in
-  // CrossLines, so the record is the same bit for bit. Before that, a crossing that surely lies
-  // more than kFar before the start is only counted, and in mode 0 one more than kFar beyond
-  // the end is dropped: with w = hs - he the crossing lies at (ue hs - us he) / w along the
-  // line times its length (us, ue the ends' projections); that is compared times |w|, against
-  // the rounding of the full calculator's crossing (the sideways shifts of both lines over the
-  // sine of their angle, doubled) and of this estimate. false leaves the edge to CrossLines.
+  // CrossLines, so the record is the same bit for bit; Keep then counts, drops or keeps it.
+  // false leaves the edge to CrossLines.
   bool TakeStraddling(const KvGeDetail::FirstLine& a, double hs, double he, const KvGePoint2d& s,
                       const KvGePoint2d& e) {
     using KvGeDetail::FirstLine;
@@ -226,20 +222,6 @@ class LineCut {
     const double c = a.d1x * d2y - d2x * a.d1y;
     // Surely beyond the parallel band of a sine of 1e-6, as the full calculator tests it.
     if (!(c * c > 1.000001e-12 * (a.l1 * a.l1) * (d2x * d2x + d2y * d2y))) return false;
-    const double us = a.d1x * (s.x - a.p1x) + a.d1y * (s.y - a.p1y);
-    const double ue = a.d1x * (e.x - a.p1x) + a.d1y * (e.y - a.p1y);
-    const double w = hs - he;
-    const double at = w > 0 ? ue * hs - us * he : us * he - ue * hs;
-    const double aw = std::fabs(w);
-    const double r = FirstLine::kPlainRange;            // bounds every coordinate of a plain edge and line
-    const double m2 = std::fabs(d2x) + std::fabs(d2y);  // at least the edge's length
-    const double err = 2 * FirstLine::kRound * a.l1 * (r * r * (m2 + a.l1) + 2 * r * a.l1 * m2) +
-                       1024 * 2.220446049250313e-16 * r * r * a.l1 * a.l1;
-    if (at + err < -kFar * a.l1 * aw) {
-      m_Before += c > 0 ? 2 : -2;
-      return true;
-    }
-    if (m_Mode == 0 && at - err > (m_Line.l1 + kFar) * a.l1 * aw) return true;
     const double k2 = s.x * e.y - s.y * e.x;
     const double f = 1.0 / c;
     const double sx = (a.d1x * k2 - d2x * a.k1) * f;
