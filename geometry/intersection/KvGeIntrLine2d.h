@@ -178,6 +178,7 @@ inline int CrossLines(double p1x, double p1y, double p2x, double p2y, int segA, 
 /// nor does one with a coordinate that is not finite (CrossInfinite would find no finite
 /// crossing with any edge).
 struct EdgeScan {
+  /// The scan of the line a_, which must outlive it.
   explicit EdgeScan(const FirstLine& a_)
       : a(a_),
         band(FirstLine::kSideBand * a_.l1),
@@ -245,8 +246,13 @@ struct EdgeScan {
     }
   }
 
+  /// The line.
   const FirstLine& a;
-  double band, range;
+  /// FirstLine::kSideBand times the line's length.
+  double band;
+  /// FirstLine::kPlainRange, or -1 for a line beyond it.
+  double range;
+  /// Whether the line crosses nothing at all.
   bool none;
 };
 
