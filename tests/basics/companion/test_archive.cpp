@@ -24,21 +24,6 @@ std::string Bytes(std::initializer_list<int> bytes) {
 }
 }  // namespace
 
-TEST(Archive, DirectionIsFixedByTheStream) {
-  std::ostringstream out;
-  std::istringstream in;
-  KvBtArchive store(out), load(in);
-  EXPECT_EQ(store.IsStoring(), 1);
-  EXPECT_EQ(store.IsLoading(), 0);
-  EXPECT_EQ(load.IsStoring(), 0);
-  EXPECT_EQ(load.IsLoading(), 1);
-  // Reading from a storing archive is a failure, not a crash.
-  std::uint16_t v = 9;
-  store >> v;
-  EXPECT_EQ(v, 9);
-  EXPECT_EQ(store.IsFailed(), 1);
-}
-
 TEST(Archive, WordsAreLittleEndian) {
   std::ostringstream out;
   KvBtArchive ar(out);
@@ -91,14 +76,17 @@ TEST(Archive, RoundTripOfEveryType) {
   KvBtString g;
   ar >> a >> b >> c >> d >> e >> f >> g;
   EXPECT_EQ(ar.IsFailed(), 0);
-  EXPECT_EQ(a, 200);
-  EXPECT_EQ(b, 65535);
-  EXPECT_EQ(c, -32768);
-  EXPECT_EQ(d, 4000000000u);
-  EXPECT_EQ(e, -123456789);
-  EXPECT_EQ(f, -0.1);
-  EXPECT_EQ(g.GetLength(), 9);
-  EXPECT_EQ(g.GetAt(4), '\0');
+  EXPECT_TRUE(a == 200 && b == 65535 && c == -32768 && d == 4000000000u && e == -123456789 && f == -0.1)
+      << int(a) << " " << b << " " << c << " " << d << " " << e << " " << f;
+  EXPECT_TRUE(g == KvBtString("with\0zero", 9));
+
+  // Reading from a storing archive is a failure, not a crash.
+  std::ostringstream out;
+  KvBtArchive store(out);
+  std::uint16_t v = 9;
+  store >> v;
+  EXPECT_EQ(v, 9);
+  EXPECT_EQ(store.IsFailed(), 1);
 }
 
 TEST(Archive, TruncatedInputFailsAndLeavesTargetUnchanged) {
