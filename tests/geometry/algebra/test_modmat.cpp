@@ -67,6 +67,7 @@ TEST(ModMat, FreeFunctions) {
   SetIdent(s);
   SetScale(s, 1, 2, 3);
   CatTran(s, 1, 1, 1);
+  EXPECT_TRUE(Near(P(1, 1, 1).Transformed(s), P(2, 3, 4)));
   SetRotate(s, KvGeAngle_Deg180(), P(0, 0, 1));
   EXPECT_TRUE(Near(P(1, 0, 0).Transformed(s), P(-1, 0, 0)));
   SetEnlRel(s, 2, 2, 2, P(1, 0, 0));
