@@ -38,13 +38,10 @@ TEST(Point2d, FlagTable) {
     int infinite;
   };
   const Row rows[] = {
-      {"o + o", o + o2, 4, -1, 0},    {"i + i", i + i2, 2, 6, 1},      {"o + i", o + i, 0, 1, 1},
-      {"i + o", i + o, 0, 1, 1},      {"o - i", o - i, 0, -1, 1},      {"i - o", i - o, 0, 1, 1},
-      {"i - i", i2 - i, 2, 4, 1},     {"o & i", o & i, 1, 1, 0},       {"i & o", i & o, 1, 1, 0},
-      {"o | i", o | i, 0, 1, 1},      {"i | o", i | o, 0, 1, 1},       {"o & o", o & o2, 1, -2, 0},
-      {"i | i", i | i2, 2, 5, 1},     {"2 * i", 2.0 * i, 0, 2, 1},     {"-i", -i, 0, -1, 1},
-      {"o += i", P(o) += i, 0, 1, 1}, {"o -= i", P(o) -= i, 0, -1, 1}, {"i -= o", P(i) -= o, 0, 1, 1},
-      {"i &= o", P(i) &= o, 1, 1, 0}, {"i |= o", P(i) |= o, 0, 1, 1},
+      {"o + o", o + o2, 4, -1, 0}, {"i + i", i + i2, 2, 6, 1},  {"o + i", o + i, 0, 1, 1},  {"i + o", i + o, 0, 1, 1},
+      {"o - i", o - i, 0, -1, 1},  {"i - o", i - o, 0, 1, 1},   {"i - i", i2 - i, 2, 4, 1}, {"o & i", o & i, 1, 1, 0},
+      {"i & o", i & o, 1, 1, 0},   {"o | i", o | i, 0, 1, 1},   {"i | o", i | o, 0, 1, 1},  {"o & o", o & o2, 1, -2, 0},
+      {"i | i", i | i2, 2, 5, 1},  {"2 * i", 2.0 * i, 0, 2, 1}, {"-i", -i, 0, -1, 1},
   };
   for (const Row& r : rows) {
     SCOPED_TRACE(r.what);
@@ -61,14 +58,10 @@ TEST(Point2d, ConversionsAndScalars) {
   ExpectPoint(P(KvGeVector3(2, 4, 0.0011)), 2 / 0.0011, 4 / 0.0011, 0);
   EXPECT_TRUE(P(1, 2, 1).Vector3() == KvGeVector3(1, 2, 0));
   EXPECT_TRUE(P(1, 2).Vector3() == KvGeVector3(1, 2, 1));
-  EXPECT_EQ(P(1, 2, 1).Point3d().m_bInfinite, 1);
   ExpectPoint(P(KvGePoint3d(1, 2, 3, 1)), 1, 2, 1);
   ExpectPoint(P(5, 6) / 0.0, 5, 6, 0);
   EXPECT_NEAR((P(5, 6) / 1e-300).y / 6e300, 1.0, 1e-15);
   ExpectPoint(P().SetPolar(2, KvGeAngle_Deg90(), 1), 0, 2, 1);
-  EXPECT_EQ(P(0, 0).Angle().Rad(), 0.0);
-  EXPECT_NEAR(P(-1, 0).Angle().Rad(), kPi, 1e-15);
-  EXPECT_NEAR(P(0, -1).Angle().Rad(), -kPi / 2, 1e-15);
   P n(0.0005, 0);
   EXPECT_EQ(n.Normalize(), 0);
   EXPECT_EQ(n.x, 0.0005);
