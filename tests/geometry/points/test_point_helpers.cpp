@@ -108,19 +108,6 @@ TEST(PointHelpers, KeepTheirOddities) {
   NorVkt(n);
   EXPECT_TRUE(Same(n, Q(-2, 1, 3, 1)));
 
-  // Circle through three points: centre at their mean height; on failure nothing is written.
-  Q centre(-7, -7, -7);
-  double radius = -7;
-  EXPECT_EQ(Circ3Pt(Q(0, 0, 0), Q(2, 0, 3), Q(1, 1, 6), centre, radius), 1);
-  EXPECT_TRUE(Same(centre, Q(1, 0, 3)));
-  EXPECT_NEAR(radius, 1.0, 1e-9);
-  centre.Set(-7);
-  radius = -7;
-  EXPECT_EQ(Circ3Pt(Q(0, 0, 0), Q(1, 1, 0), Q(2, 2, 5), centre, radius), 0);
-  EXPECT_EQ(Circ3Pt(Q(0, 0, 0), Q(0.0005, 0, 0), Q(2, 2, 5), centre, radius), 0);
-  EXPECT_TRUE(Same(centre, Q(-7, -7, -7)));
-  EXPECT_EQ(radius, -7.0);
-
   // Mode 0 clips in plan: a segment above the box in z survives it, and not in space.
   Q p1(1, 1, 8), p2(2, 2, 9);
   EXPECT_EQ(Clip(p1, p2, Q(0, 0, 0), Q(3, 3, 3), 0), 1);
