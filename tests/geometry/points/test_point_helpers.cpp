@@ -45,6 +45,11 @@ TEST(PointHelpers, AgreeWithTheFunctionsTheyForwardTo) {
       const double ab = LineLen3(k.a, k.b), bc = LineLen3(k.b, k.c), ac = LineLen3(k.a, k.c);
       EXPECT_NEAR(DotProd(k.a, k.b, k.c), 0.5 * (ac * ac - ab * ab - bc * bc), 1e-9);
     }
+    Q sum, difference, scaled;
+    AddPnt(k.a, k.b, sum);
+    SubPnt(k.a, k.b, difference);
+    MulPnt(k.a, 2.5, scaled);
+    EXPECT_TRUE(Same(sum, k.a + k.b) && Same(difference, k.a - k.b) && Same(scaled, k.a * 2.5));
     EXPECT_NEAR(Angle(k.a, k.c).Rad(), Angle2d(k.a, k.c).Rad(), 1e-9);
     EXPECT_NEAR(Distance(k.a, k.c), Distance2d(k.a, k.c), 1e-9);
     EXPECT_NEAR(LineLen3(k.a, k.c), Distance3d(k.a, k.c), 1e-9);
