@@ -7,13 +7,14 @@
 #include "basics/KvMath.h"
 
 TEST(Math, RoundAndTruncate) {
-  const double rounds[][2] = {{2.5, 3}, {-2.5, -3}, {-2.4, -2}, {0.49, 0}, {0.5, 1}, {-0.5, -1}, {-0.49, 0}};
-  for (const auto& r : rounds) {
+  // x, rounded (halves away from zero), truncated.
+  const double rows[][3] = {{2.5, 3, 2},   {-2.5, -3, -2}, {-2.4, -2, -2}, {0.49, 0, 0},  {0.5, 1, 0},
+                            {-0.5, -1, 0}, {-0.49, 0, 0},  {2.9, 3, 2},    {-2.9, -3, -2}};
+  for (const auto& r : rows) {
     SCOPED_TRACE(r[0]);
     EXPECT_EQ(KVMATH_Round(r[0]), static_cast<int>(r[1]));
+    EXPECT_EQ(KVMATH_Trunc(r[0]), static_cast<int>(r[2]));
   }
-  EXPECT_EQ(KVMATH_Trunc(2.9), 2);
-  EXPECT_EQ(KVMATH_Trunc(-2.9), -2);
   // Out of the int range the conversions saturate instead of overflowing.
   EXPECT_EQ(KVMATH_Round(1e300), INT_MAX);
   EXPECT_EQ(KVMATH_Trunc(-1e300), INT_MIN);
@@ -46,16 +47,10 @@ TEST(Math, BitsOutsideTheWordAreIgnored) {
 }
 
 TEST(Math, RoundToStep) {
-  EXPECT_NEAR(round(0.25, 0.1), 0.3, 1e-12);
-  EXPECT_NEAR(round(-0.25, 0.1), -0.3, 1e-12);
-  EXPECT_NEAR(round(7.0, 5.0), 5.0, 1e-12);
-  EXPECT_NEAR(round(7.5, 5.0), 10.0, 1e-12);
-  // The rule acts on the computed quotient: 0.3 / 0.2 is just below 1.5.
-  EXPECT_NEAR(round(0.3, 0.2), 0.2, 1e-12);
-  // The branch follows the sign of x, not of the quotient: with a negative step halves go
-  // toward zero instead of away from it.
-  EXPECT_NEAR(round(0.25, 0.5), 0.5, 1e-12);
-  EXPECT_NEAR(round(-0.25, 0.5), -0.5, 1e-12);
-  EXPECT_NEAR(round(0.25, -0.5), 0.0, 1e-12);
-  EXPECT_NEAR(round(-0.25, -0.5), 0.0, 1e-12);
+  // x, step, result. The rule acts on the computed quotient: 0.3 / 0.2 is just below 1.5. The
+  // branch follows the sign of x, not of the quotient: with a negative step halves go toward
+  // zero instead of away from it.
+  const double rows[][3] = {{0.25, 0.1, 0.3}, {-0.25, 0.1, -0.3}, {7.0, 5.0, 5.0},   {7.5, 5.0, 10.0},  {0.3, 0.2, 0.2},
+                            {0.25, 0.5, 0.5}, {-0.25, 0.5, -0.5}, {0.25, -0.5, 0.0}, {-0.25, -0.5, 0.0}};
+  for (const auto& r : rows) EXPECT_NEAR(round(r[0], r[1]), r[2], 1e-12) << r[0] << " by " << r[1];
 }

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <random>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "basics/companion/KvBtArchive.h"
 #include "basics/companion/KvBtString.h"
@@ -23,21 +23,6 @@ std::string Bytes(std::initializer_list<int> bytes) {
   return s;
 }
 }  // namespace
-
-TEST(Archive, DirectionIsFixedByTheStream) {
-  std::ostringstream out;
-  std::istringstream in;
-  KvBtArchive store(out), load(in);
-  EXPECT_EQ(store.IsStoring(), 1);
-  EXPECT_EQ(store.IsLoading(), 0);
-  EXPECT_EQ(load.IsStoring(), 0);
-  EXPECT_EQ(load.IsLoading(), 1);
-  // Reading from a storing archive is a failure, not a crash.
-  std::uint16_t v = 9;
-  store >> v;
-  EXPECT_EQ(v, 9);
-  EXPECT_EQ(store.IsFailed(), 1);
-}
 
 TEST(Archive, WordsAreLittleEndian) {
   std::ostringstream out;
@@ -91,22 +76,32 @@ TEST(Archive, RoundTripOfEveryType) {
   KvBtString g;
   ar >> a >> b >> c >> d >> e >> f >> g;
   EXPECT_EQ(ar.IsFailed(), 0);
-  EXPECT_EQ(a, 200);
-  EXPECT_EQ(b, 65535);
-  EXPECT_EQ(c, -32768);
-  EXPECT_EQ(d, 4000000000u);
-  EXPECT_EQ(e, -123456789);
-  EXPECT_EQ(f, -0.1);
-  EXPECT_EQ(g.GetLength(), 9);
-  EXPECT_EQ(g.GetAt(4), '\0');
+  EXPECT_TRUE(a == 200 && b == 65535 && c == -32768 && d == 4000000000u && e == -123456789 && f == -0.1)
+      << int(a) << " " << b << " " << c << " " << d << " " << e << " " << f;
+  EXPECT_TRUE(g == KvBtString("with\0zero", 9));
+
+  // Reading from a storing archive is a failure, not a crash.
+  std::ostringstream out;
+  KvBtArchive store(out);
+  std::uint16_t v = 9;
+  store >> v;
+  EXPECT_EQ(v, 9);
+  EXPECT_EQ(store.IsFailed(), 1);
 }
 
-TEST(Archive, TruncatedInputFailsAndLeavesTargetUnchanged) {
-  const std::string full = Store(KvBtString(std::string(300, 'x')));
+TEST(Archive, TruncatedOrMalformedInputFailsAndLeavesTargetUnchanged) {
+  std::vector<std::string> inputs = {
+      Bytes({0xFF, 0xFE, 0xFF}),                          // 0xFFFE is not a length this format writes
+      Bytes({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}),  // 4 GiB announced, nothing follows
+      Bytes({0xFF, 0xFF, 0xFF, 0x00, 0x00, 0x00, 0x80}),  // more than a string can hold
+      Bytes({0xFF, 0x00, 0x10}) + std::string(100, 'y'),  // 4096 announced, 100 supplied
+  };
   // Every proper prefix of a stored string is a truncated stream.
-  for (std::size_t cut = 0; cut < full.size(); cut += (cut < 10 ? 1 : 37)) {
-    SCOPED_TRACE(cut);
-    std::istringstream in(full.substr(0, cut));
+  const std::string full = Store(KvBtString(std::string(300, 'x')));
+  for (std::size_t cut = 0; cut < full.size(); cut += (cut < 10 ? 1 : 37)) inputs.push_back(full.substr(0, cut));
+  for (const std::string& input : inputs) {
+    SCOPED_TRACE(testing::Message() << (&input - inputs.data()) << ": " << input.size() << " bytes");
+    std::istringstream in(input);
     KvBtArchive ar(in);
     KvBtString target("keep");
     ar >> target;
@@ -121,23 +116,6 @@ TEST(Archive, TruncatedInputFailsAndLeavesTargetUnchanged) {
   EXPECT_EQ(ar.IsFailed(), 1);
 }
 
-TEST(Archive, MalformedPrefixesFail) {
-  const std::string inputs[] = {
-      Bytes({0xFF, 0xFE, 0xFF}),                          // 0xFFFE is not a length this format writes
-      Bytes({0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}),  // 4 GiB announced, nothing follows
-      Bytes({0xFF, 0xFF, 0xFF, 0x00, 0x00, 0x00, 0x80}),  // more than a string can hold
-      Bytes({0xFF, 0x00, 0x10}) + std::string(100, 'y'),  // 4096 announced, 100 supplied
-  };
-  for (const std::string& input : inputs) {
-    std::istringstream in(input);
-    KvBtArchive ar(in);
-    KvBtString target("keep");
-    ar >> target;
-    EXPECT_EQ(ar.IsFailed(), 1);
-    EXPECT_TRUE(target == KvBtString("keep"));
-  }
-}
-
 TEST(Archive, FailureIsSticky) {
   std::istringstream in(Bytes({1}) + "a" + Bytes({0x02, 0x00}));
   KvBtArchive ar(in);
@@ -149,21 +127,4 @@ TEST(Archive, FailureIsSticky) {
   EXPECT_EQ(tooWide, 77u);
   EXPECT_EQ(word, 0);
   EXPECT_EQ(ar.IsFailed(), 1);
-}
-
-TEST(Archive, RandomBytesNeverCrash) {
-  std::mt19937 rng(12345);
-  for (int trial = 0; trial < 2000; ++trial) {
-    std::string bytes(rng() % 24, '\0');
-    for (char& c : bytes) c = static_cast<char>(rng() & 0xFF);
-    std::istringstream in(bytes);
-    KvBtArchive ar(in);
-    KvBtString s;
-    std::uint16_t w = 0;
-    double d = 0;
-    ar >> w >> s >> d >> s;
-    if (ar.IsFailed() == 0) {
-      EXPECT_LE(static_cast<std::size_t>(s.GetLength()), bytes.size());
-    }
-  }
 }

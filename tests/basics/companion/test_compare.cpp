@@ -33,22 +33,15 @@ TEST(Compare, ToleranceBandIsInclusive) {
 }
 
 TEST(Compare, ModIsNonNegativeForEveryDividend) {
-  const int rows[][3] = {{-1, 4, 3},
-                         {-4, 4, 0},
-                         {-5, 4, 3},
-                         {7, 4, 3},
-                         {0, 4, 0},
-                         {3, 1, 0},
-                         {5, -3, 2},
-                         {-1, -3, 2},
-                         {7, 0, 0},
-                         {INT_MIN, 3, 1},
-                         {INT_MIN, INT_MIN, 0},
-                         {INT_MAX, INT_MIN, INT_MAX}};
+  const int rows[][3] = {{-1, 4, 3}, {-4, 4, 0}, {-5, 4, 3},  {7, 4, 3}, {0, 4, 0},
+                         {3, 1, 0},  {5, -3, 2}, {-1, -3, 2}, {7, 0, 0}};
   for (const auto& r : rows) {
     SCOPED_TRACE(testing::Message() << "mod(" << r[0] << ", " << r[1] << ")");
     EXPECT_EQ(mod(r[0], r[1]), r[2]);
   }
+  EXPECT_EQ(mod(INT_MIN, 3), 1);
+  EXPECT_EQ(mod(INT_MIN, INT_MIN), 0);
+  EXPECT_EQ(mod(INT_MAX, INT_MIN), INT_MAX);
 }
 
 TEST(Compare, RundenRoundsToNearestStepAwayFromZero) {

@@ -116,10 +116,8 @@ TYPED_TEST(MatrixFamily, NormsEqualityAndAbsorbedIndices) {
   EXPECT_TRUE(m.Col(n) == decltype(m.Row(0))());
   m.SetRow(n, decltype(m.Row(0))(1.0)).SetCol(n, decltype(m.Row(0))(1.0));
   EXPECT_TRUE(m.IsEqualTo(before, 0.0));
-  EXPECT_TRUE(m.Transposed().Transposed().IsEqualTo(m, 0.0));
   EXPECT_EQ(m.Transposed()(1, 0), m(0, 1));
   EXPECT_TRUE((m / 0.0).IsEqualTo(m, 0.0));
-  EXPECT_TRUE((-m + m).IsEqualTo(M(), 0.0));
   EXPECT_TRUE((2.0 * m - m * 2.0).IsEqualTo(M(), 0.0));
 }
 
@@ -132,15 +130,6 @@ TEST(Matrix, RowVectorConvention) {
   const KvGeMatrix2X2 swap(0, 1, 1, 0), scaleX(2, 1);
   EXPECT_TRUE(KvGeVector2(1, 0) * swap * scaleX == KvGeVector2(0, 1));
   EXPECT_TRUE(KvGeVector2(1, 0) * (swap * scaleX) == KvGeVector2(0, 1));
-  KvGeVector2 v(1, 0);
-  v *= scaleX;
-  v /= scaleX;
-  EXPECT_TRUE(v == KvGeVector2(1, 0));
-  // Solve of the identity returns b.
-  KvGeVector4 x;
-  EXPECT_EQ(KvGeMatrix4X4_Identity().Solve(KvGeVector4(1, 2, 3, 4), x), 1);
-  EXPECT_TRUE(x == KvGeVector4(1, 2, 3, 4));
-  EXPECT_EQ(KvGeMatrix4X4_Zero().Norm(), 0.0);
 }
 
 TEST(Matrix, SubMatricesAndConversions) {
@@ -167,9 +156,12 @@ TEST(Matrix, SubMatricesAndConversions) {
   p.ConvertToPmat4x4(colOrder);
   EXPECT_EQ(rowOrder[3], 7.0);
   EXPECT_EQ(colOrder[12], 7.0);
+  // GetMember read outside the matrix for an index of 4 or more.
   EXPECT_EQ(m.GetMember(2, 1), 9.0);
+  EXPECT_EQ(m.GetMember(4, 0), 0.0);
+  EXPECT_EQ(m.GetMember(0, 4), 0.0);
+  EXPECT_EQ(m.GetMember(~0u, ~0u), 0.0);
   EXPECT_TRUE(KvGeMatrix4X4(KvGeVector4(1, 2, 3, 4)).IsEqualTo(KvGeMatrix4X4(1, 2, 3, 4), 0.0));
-  EXPECT_EQ(KvGeMatrix4X4(1, 2, 3, 4)(3, 3), 4.0);
 }
 
 TEST(Matrix, VectorDeterminantsAndFourDimensionalNormal) {
@@ -184,8 +176,6 @@ TEST(Matrix, VectorDeterminantsAndFourDimensionalNormal) {
   EXPECT_NEAR(n * r, 0.0, 1e-12);
   EXPECT_GT(n.Length(), 1.0);
   EXPECT_NEAR(Determinate(p, q, r, n), n.LengthSqr(), 1e-9);
-  EXPECT_TRUE(Normal(KvGeVector4(1, 0, 0, 0), KvGeVector4(0, 1, 0, 0), KvGeVector4(0, 0, 1, 0)) ==
-              KvGeVector4(0, 0, 0, 1));
   EXPECT_NEAR(
       Determinate(KvGeVector4(2, 0, 0, 0), KvGeVector4(0, 3, 0, 0), KvGeVector4(0, 0, 1, 0), KvGeVector4(0, 0, 0, -1)),
       -6.0, 1e-12);
@@ -215,36 +205,4 @@ TEST(Matrix, HugeFiniteEntriesDecomposeExactly) {
   EXPECT_DOUBLE_EQ(y.y, 2.0);
   EXPECT_DOUBLE_EQ(y.z, 3.0);
   EXPECT_EQ(KvGeMatrix4X4(1e-160, 1e-160, 1e-160, 1e-160).Det(), 0.0);  // 1e-640 underflows to 0
-}
-
-// Non-finite elements or right-hand sides: Solve and Invert returned 1 with NaN output. They
-// fail now and write nothing; IsSingular says 1 and Det propagates NaN.
-TEST(Matrix, NonFiniteInputFailsAndWritesNothing) {
-  const double nan = std::nan(""), inf = HUGE_VAL;
-  for (double bad : {nan, inf, -inf}) {
-    SCOPED_TRACE(bad);
-    KvGeMatrix3X3 m(2.0, 3.0, 4.0);
-    m(1, 2) = bad;
-    const KvGeVector3 keep(7, 8, 9);
-    KvGeVector3 x = keep;
-    EXPECT_EQ(m.Solve(KvGeVector3(1, 1, 1), x), 0);
-    EXPECT_TRUE(x.IsEqualTo(keep, 0.0));
-    EXPECT_EQ(KvGeMatrix3X3(2.0, 3.0, 4.0).Solve(KvGeVector3(1, bad, 1), x), 0);
-    EXPECT_TRUE(x.IsEqualTo(keep, 0.0));
-    KvGeMatrix3X3 inv = m;
-    EXPECT_EQ(inv.Invert(), 0);
-    EXPECT_EQ(inv.IsFinite(), 0);
-    EXPECT_TRUE(std::isinf(inv(1, 2)) || std::isnan(inv(1, 2)));  // unchanged
-    EXPECT_EQ(m.IsSingular(), 1);
-    EXPECT_TRUE(std::isnan(m.Det()));
-  }
-}
-
-// GetMember read outside the matrix for an index of 4 or more.
-TEST(Matrix4X4, GetMemberAbsorbsABadIndex) {
-  const KvGeMatrix4X4 m(1.0, 2.0, 3.0, 4.0);
-  EXPECT_EQ(m.GetMember(3, 3), 4.0);
-  EXPECT_EQ(m.GetMember(4, 0), 0.0);
-  EXPECT_EQ(m.GetMember(0, 4), 0.0);
-  EXPECT_EQ(m.GetMember(~0u, ~0u), 0.0);
 }

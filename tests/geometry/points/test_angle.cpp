@@ -13,13 +13,10 @@ const KvGeAngle& k180 = KvGeAngle_Deg180();
 const KvGeAngle& k360 = KvGeAngle_Deg360();
 }  // namespace
 
-TEST(Angle, ConstructionAndConstants) {
+TEST(Angle, ConstructionArithmeticAndTrigonometry) {
   EXPECT_EQ(KvGeAngle(0.0, 0.0).Rad(), 0.0);
   EXPECT_DOUBLE_EQ(KvGeAngle(-1.0, 0.0).Rad(), kPi);
   EXPECT_DOUBLE_EQ(KvGeAngle(0.0, -1.0).Rad(), -kPi / 2);  // not normalised on construction
-  EXPECT_EQ(KvGeAngle().SetDeg(180).Rad(), 180 * 0.017453292519943295);
-  EXPECT_EQ(KvGeAngle(1.0).Deg(), 57.29577951308232);
-  EXPECT_EQ(&KvGeAngle_Deg90(), &KvGeAngle_Deg90());  // one object, built once
   double r = 0, h = 0;
   KvGeAngle a, b;
   CartCylind(3, 4, 7, r, a, h);
@@ -32,18 +29,11 @@ TEST(Angle, ConstructionAndConstants) {
   CartSphere(0, 0, 0, r, a, b);
   EXPECT_EQ(a.Rad(), 0.0);
   EXPECT_EQ(b.Rad(), 0.0);
-}
 
-TEST(Angle, ArithmeticAndTrigonometry) {
-  KvGeAngle a(1.5);
-  EXPECT_EQ((a / 0.0).Rad(), 1.5);
-  a /= 0.0;
-  EXPECT_EQ(a.Rad(), 1.5);
-  EXPECT_EQ((a / 3.0).Rad(), 0.5);
-  EXPECT_EQ((2.0 * a - a + a * 0.0).Rad(), 1.5);
-  EXPECT_EQ((a & KvGeAngle(-7.0)).Rad(), -7.0);
-  EXPECT_EQ((a | KvGeAngle(-7.0)).Rad(), 1.5);
-  EXPECT_EQ((-a).Rad(), -1.5);
+  const KvGeAngle c(1.5);
+  EXPECT_EQ((c / 0.0).Rad(), 1.5);
+  EXPECT_EQ((c & KvGeAngle(-7.0)).Rad(), -7.0);
+  EXPECT_EQ((c | KvGeAngle(-7.0)).Rad(), 1.5);
   EXPECT_NEAR(KvGeAngle().ArcCot(-1).Rad(), -kPi / 4, 1e-15);
   EXPECT_NEAR(KvGeAngle().ArcCot(0.0).Rad(), kPi / 2, 1e-15);
   EXPECT_NEAR(KvGeAngle().ArcCot(-0.0).Rad(), -kPi / 2, 1e-15);
@@ -133,9 +123,6 @@ TEST(Angle, NormalizeStepsUpTo2To24SpansAndTerminatesBeyond) {
     EXPECT_LT(r, 2 * kPi);
   }
   const double inf = std::numeric_limits<double>::infinity();
-  EXPECT_TRUE(std::isnan(KvGeAngle(inf).Normalized(k360, k0, 1).Rad()));
-  EXPECT_TRUE(std::isnan(KvGeAngle(-inf).Normalized(k360, k0, 0).Rad()));
-  EXPECT_TRUE(std::isnan(KvGeAngle(std::nan("")).Normalized(k360, k0, 1).Rad()));
   EXPECT_TRUE(std::isnan(KvGeAngle(-1.0).Normalized(KvGeAngle(inf), k0, 1).Rad()));  // outside, infinite span
   EXPECT_EQ(KvGeAngle(1.0).Normalized(KvGeAngle(std::nan("")), k0, 1).Rad(), 0.0);   // a NaN span is not positive
   // Bounds so large that a span of 1 is below their precision end after the step limit.

@@ -72,10 +72,8 @@ TEST(PointArray, AreaOrientationAndIndices) {
   EXPECT_TRUE(square.Schwerpunkt().IsEqualTo(P(0.5, 0.5), 1e-12));
   EXPECT_TRUE(square.Inverted().Schwerpunkt().IsEqualTo(P(0.5, 0.5), 1e-12));
   EXPECT_TRUE(Make({P(1, 1), P(3, 5)}).Schwerpunkt() == P(0, 0));
-  EXPECT_TRUE(KvGePoint2dArray().BoundingBox() == KvGeBox2d());
+  EXPECT_TRUE(KvGePoint2dArray().BoundingBox() == KvGeBox2d());  // empty
   EXPECT_TRUE(square.BoundingBox(KvGeModMat2d().SetTran(2, 3)) == KvGeBox2d(P(2, 3), P(3, 4)));
-  EXPECT_TRUE(square.Transformed(KvGeModMat2d().SetScale(2, 3))[2] == P(2, 3));
-  EXPECT_TRUE(KvGePoint2dArray(square).SetX(7)[1] == P(7, 0));
 }
 
 TEST(PointArray, SortingTiesWithinTheTolerance) {
@@ -198,33 +196,20 @@ TEST(PointArray, SpaceArrayInPlanAndInSpace) {
   EXPECT_TRUE(KvGePoint3dArray(wall).SetZ(1).BoundingBox(KvGeModMat3d().SetTran(0, 0, 1)).Min() == Q(0, 0, 2));
 }
 
-// Rings with coordinates near 1e308 overflowed the sums of the area into infinity or NaN.
-TEST(PointArray, AreaNearTheLargestDouble) {
-  KvGePoint2dArray a;
-  for (const P& p : {P(0, 1e308), P(1, 1e308), P(1, 1.5e308), P(0, 1.5e308)}) a.Add(p);
+// Rings with coordinates near 1e308 overflowed the sums of the area into infinity or NaN; an
+// area beyond every double is infinite. A ring holding NaN is refused by the stored form, and
+// the next object is not written after it either.
+TEST(PointArray, AreaNearTheLargestDoubleAndStoringNaN) {
+  KvGePoint2dArray a = Make({P(0, 1e308), P(1, 1e308), P(1, 1.5e308), P(0, 1.5e308)});
   EXPECT_DOUBLE_EQ(a.Area(), 0.5e308);
-  a.Invert();
-  EXPECT_DOUBLE_EQ(a.Area(), -0.5e308);
-  EXPECT_EQ(a.Sense(), -1);
-  KvGePoint2dArray big;  // the true area, 2e616, is beyond every double
-  for (const P& p : {P(-1e308, -1e308), P(1e308, -1e308), P(1e308, 1e308)}) big.Add(p);
-  EXPECT_EQ(big.Area(), HUGE_VAL);
-  big[1].x = std::nan("");
-  EXPECT_TRUE(std::isnan(big.Area()));
-}
+  EXPECT_DOUBLE_EQ(a.Inverted().Area(), -0.5e308);
+  EXPECT_EQ(a.Inverted().Sense(), -1);
+  EXPECT_EQ(Make({P(-1e308, -1e308), P(1e308, -1e308), P(1e308, 1e308)}).Area(), HUGE_VAL);
 
-// The stored form wrote a NaN coordinate as 0, so what loaded was not what had been stored. An
-// array holding NaN is refused now: nothing is written and the archive fails, and the next
-// object is not written after it either.
-TEST(PointArray, StoredFormRefusesNaN) {
-  KvGePoint2dArray a;
-  a.Add(P(1.2, std::nan("")));
   std::stringstream bytes;
   KvBtArchive out(bytes, KvBtArchive::kStore);
-  a.Serialize(out);
+  Make({P(1.2, std::nan(""))}).Serialize(out);
   EXPECT_EQ(out.IsFailed(), 1);
-  KvGePoint2dArray ok;
-  ok.Add(P(1, 2));
-  ok.Serialize(out);
+  Make({P(1, 2)}).Serialize(out);
   EXPECT_TRUE(bytes.str().empty());
 }
