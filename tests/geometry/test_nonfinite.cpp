@@ -360,31 +360,6 @@ TEST(NonFinite, RegionBooleans) {
   });
 }
 
-TEST(NonFinite, Calculators) {
-  // A parameter of each kind among ordinary ones: numbers (infinities and 1e308 included) sort
-  // by value, NaN after every number; the order is total, so every record comes out once.
-  for (const Special& s : kSpecials) {
-    SCOPED_TRACE(s.name);
-    KvGeIntrCalculator2d calc;
-    for (double t : {0.5, s.v, 0.2}) calc.Add(KvGeIntrPoint2d(P2(0, 0), 1, 0, 0, t, t, 0, 0, 0));
-    calc.Calculate();
-    int nan = 0;
-    double last = -kInf;
-    for (unsigned i = 1; i + 1 < static_cast<unsigned>(calc.GetSize()); ++i) {
-      const double t = calc.Element0(i).Param0();
-      if (std::isnan(t)) {
-        ++nan;
-        continue;
-      }
-      EXPECT_EQ(nan, 0) << "a number after NaN";
-      EXPECT_GE(t, last);
-      last = t;
-    }
-    EXPECT_EQ(nan, std::isnan(s.v) ? 1 : 0);
-    EXPECT_EQ(calc.GetSize0(), calc.GetSize() - 1);
-  }
-}
-
 TEST(NonFinite, Queries) {
   const KvGePolygon2d square{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
   const KvGePreparedRegion2d prepared(square);
