@@ -85,17 +85,6 @@ TEST(IntrRecord, PartsAlongAnObject) {
   EXPECT_EQ(fresh.Min().Param0(), 0.0);
 }
 
-TEST(IntrCalculator, FreshCalculatorHasOneOutsidePart) {
-  KvGeIntrCalculator2d calc;
-  EXPECT_EQ(calc.GetSize(), 2);
-  EXPECT_EQ(calc.GetSize0(), 0);
-  EXPECT_EQ(calc.Part0(0).Type(), 0);  // before a Calculate: a default part, no stray memory
-  calc.Calculate0();
-  ASSERT_EQ(calc.GetSize0(), 1);
-  EXPECT_EQ(calc.Part0(0).Type(), -1);
-  EXPECT_EQ(Span(calc.Part0(0)), std::make_pair(-1e9, 1e9));
-}
-
 TEST(IntrCalculator, CountsCrossingsIntoTypedParts) {
   struct Row {
     const char* what;
@@ -153,6 +142,15 @@ TEST(IntrCalculator, SortsAlongBothObjectsAndClamps) {
 
 TEST(IntrCalculator, CutAloneGivesOnePartPerPairOfRecords) {
   KvGeIntrCalculator2d calc;
+  EXPECT_EQ(calc.GetSize(), 2);
+  EXPECT_EQ(calc.GetSize0(), 0);
+  EXPECT_EQ(calc.Part0(0).Type(), 0);  // before a Calculate: a default part, no stray memory
+  calc.Calculate0();
+  ASSERT_EQ(calc.GetSize0(), 1);  // a fresh calculator has one part, outside, over everything
+  EXPECT_EQ(calc.Part0(0).Type(), -1);
+  EXPECT_EQ(Span(calc.Part0(0)), std::make_pair(-1e9, 1e9));
+
+  calc = KvGeIntrCalculator2d();
   calc.Add(Rec(0, 0.3, -1, 0));
   calc.CalculateParts0();  // never sorted
   EXPECT_EQ(calc.GetSize0(), 2);

@@ -15,9 +15,11 @@ using P = KvGePoint2d;
 using P3 = KvGePoint3d;
 
 int Bits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
-int Bits(const P& a, const P& b) { return Bits(a.x, b.x) && Bits(a.y, b.y) && a.m_bInfinite == b.m_bInfinite; }
-int Bits(const P3& a, const P3& b) {
-  return Bits(a.x, b.x) && Bits(a.y, b.y) && Bits(a.z, b.z) && a.m_bInfinite == b.m_bInfinite;
+template <class T>
+auto Bits(const T& a, const T& b) -> decltype(a.Dim(), 0) {
+  for (unsigned i = 0; i < a.Dim(); ++i)
+    if (!Bits(a[i], b[i])) return 0;
+  return a.m_bInfinite == b.m_bInfinite;
 }
 template <class L>
 auto Bits(const L& a, const L& b) -> decltype(a.P1(), 0) {
@@ -34,17 +36,12 @@ auto Bits(const A& a, const A& b) -> decltype(a.GetSize(), 0) {
 // Doubles from every corner of the format: plain decimals with all mantissa bits used, any
 // finite bit pattern (huge, tiny, subnormal), small integers and both zeros.
 double AnyDouble(std::mt19937_64& rng) {
-  switch (rng() % 8) {
-    case 0: {
+  switch (const int kind = static_cast<int>(rng() % 8)) {
+    case 0:    // any finite bit pattern: an all-ones exponent loses its top bit
+    case 1: {  // a subnormal: the exponent cleared
       std::uint64_t u = rng();
-      if (((u >> 52) & 0x7ff) == 0x7ff) u &= ~(std::uint64_t{1} << 62);  // keep it finite
-      double d;
-      std::memcpy(&d, &u, sizeof d);
-      return d;
-    }
-    case 1: {
-      std::uint64_t u = rng() & ((std::uint64_t{1} << 52) - 1);  // subnormal
-      if (rng() & 1) u |= std::uint64_t{1} << 63;
+      const std::uint64_t exponent = u >> 52 & 0x7ff;
+      u &= ~(std::uint64_t{kind == 1 ? 0x7ffu : exponent == 0x7ff ? 0x400u : 0u} << 52);
       double d;
       std::memcpy(&d, &u, sizeof d);
       return d;
