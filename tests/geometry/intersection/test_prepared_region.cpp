@@ -5,7 +5,6 @@
 #include <limits>
 #include <random>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "geometry/intersection/KvGeContainment2d.h"
@@ -293,29 +292,4 @@ TEST(PreparedRegion, KeepsItsOwnCopyAndStartsEmpty) {
   EXPECT_EQ(empty.Containment(KvGePoint2d(0, 0)), 1);
   EXPECT_EQ(empty.Containment(KvGePolyline2d()), 0);
   EXPECT_TRUE(empty.BoundingBox().IsEmpty(1));
-}
-
-// Eight threads share one object with no lock; run under ThreadSanitizer as well.
-TEST(PreparedRegionConcurrency, EightThreadsOnOneObject) {
-  // The star's scan lines cross more edges than the query keeps inline.
-  for (const Shape& s :
-       {Shape{"star", KvGePolygon2dArray{Star(600, 0, 0, 30, 14)}, false}, Shape{"holes", Holes(), true}}) {
-    SCOPED_TRACE(s.name);
-    const KvGePreparedRegion2d prepared = Prepare(s);
-    const std::vector<KvGePoint2d> pts = Points(s.rings, 16000, 41);
-    std::vector<unsigned short> expected;
-    for (const KvGePoint2d& p : pts) expected.push_back(Free(p, s));
-    std::vector<int> mismatches(8, 0);
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 8; ++t)
-      threads.emplace_back([&, t]() {
-        KvBtDynArray<KvGeLine2d> pieces;
-        for (std::size_t i = static_cast<std::size_t>(t); i < pts.size(); i += 8) {
-          if (prepared.Containment(pts[i]) != expected[i]) ++mismatches[t];
-          if (i % 64 == 0) prepared.Intersection2d(KvGeLine2d(pts[i], KvGePoint2d(1, 1), 0, 1), pieces, 1);
-        }
-      });
-    for (std::thread& th : threads) th.join();
-    for (int t = 0; t < 8; ++t) EXPECT_EQ(mismatches[t], 0) << "thread " << t;
-  }
 }

@@ -33,7 +33,7 @@ using Answers = std::vector<double>;
 struct Shared {
   KvGePolygon2d poly;
   KvGePolygon2dArray set, other;
-  KvGePreparedRegion2d prepared;
+  KvGePreparedRegion2d prepared, deep;  // deep: scan lines cross more edges than a query keeps inline
   std::vector<KvGeLine2d> lines;
   KvGePolyline2d polyline;
 };
@@ -55,6 +55,7 @@ Answers RunQueries(const Shared& s) {
     a.push_back(Containment(p, s.poly));
     a.push_back(Containment(p, s.set));
     a.push_back(s.prepared.Containment(p));
+    a.push_back(s.deep.Containment(p));
     a.push_back(DistanceSqr2d(s.poly, p));
     a.push_back(NearestLineIndex2d(s.poly, p));
     a.push_back(Containment(l, s.poly));
@@ -62,6 +63,8 @@ Answers RunQueries(const Shared& s) {
     Intersection2d(l, s.set, pieces, static_cast<int>(k % 2));
     AddPieces(pieces, a);
     s.prepared.Intersection2d(l, pieces, static_cast<int>(k % 2));
+    AddPieces(pieces, a);
+    s.deep.Intersection2d(l, pieces, 1);
     AddPieces(pieces, a);
     a.push_back(Intersection2d(l, static_cast<const KvGePoint2dArray&>(s.poly), records, 0));
     for (const KvGeIntrPoint2d& r : records) a.insert(a.end(), {r.x, r.y, r.Param0()});
@@ -90,6 +93,7 @@ TEST(QueriesConcurrency, EightThreadsOnSharedConstObjects) {
   for (int h = 0; h < 3; ++h) shared.set.Add(Star(12, -15 + 15 * h, 0, 3, 5).Inverted());
   shared.other.Add(Star(40, 20, 10, 15, 25));
   shared.prepared.Set(shared.set);
+  shared.deep.Set(Star(600, 0, 0, 14, 30));
   for (int k = 0; k < 120; ++k) {
     const double a = 0.05 * k;
     // Through the region, some through vertices and along the band.
