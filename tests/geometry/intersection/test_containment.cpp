@@ -10,12 +10,6 @@
 
 namespace {
 
-KvGePolygon2d Poly(std::initializer_list<KvGePoint2d> pts) {
-  KvGePolygon2d a;
-  for (const KvGePoint2d& p : pts) a.Add(p);
-  return a;
-}
-
 // The point test step by step as stated, through a full calculator: boundary first, then the
 // records of the horizontal line, sorted and cut, and the parts that cover p.x.
 unsigned short SlowContainment(const KvGePoint2d& p, const KvGePolygon2dArray& set, bool boundaryFirst) {
@@ -65,11 +59,11 @@ unsigned short SlowContainment(const KvGePoint2d& p, const KvGePolygon2dArray& s
 
 TEST(Containment, PointBandVerticesAndHorizontalEdges) {
   const KvGePolygon2d shapes[] = {
-      Poly({{0, 0}, {10, 0}, {10, 10}, {0, 10}}),
-      Poly({{5, 0}, {10, 5}, {5, 10}, {0, 5}}),                      // scan lines through side vertices and apexes
-      Poly({{0, 0}, {10, 0}, {10, 10}, {5, 5}, {0, 10}}),            // reflex vertex (5, 5) touching from above
-      Poly({{0, 0}, {10, 0}, {10, 5}, {20, 5}, {20, 10}, {0, 10}}),  // horizontal edge (10,5)-(20,5)
-      Poly({{0, 0}, {10, 0}, {10, 10}}),
+      {{0, 0}, {10, 0}, {10, 10}, {0, 10}},
+      KvGePolygon2d{{5, 0}, {10, 5}, {5, 10}, {0, 5}},            // scan lines through side vertices and apexes
+      KvGePolygon2d{{0, 0}, {10, 0}, {10, 10}, {5, 5}, {0, 10}},  // reflex vertex (5, 5) touching from above
+      KvGePolygon2d{{0, 0}, {10, 0}, {10, 5}, {20, 5}, {20, 10}, {0, 10}},  // horizontal edge (10,5)-(20,5)
+      KvGePolygon2d{{0, 0}, {10, 0}, {10, 10}},
   };
   struct Row {
     const char* name;
@@ -116,13 +110,11 @@ TEST(Containment, PointBandVerticesAndHorizontalEdges) {
 }
 
 TEST(Containment, PointInSetWithHole) {
-  KvGePolygon2dArray set;
-  set.Add(Poly({{0, 0}, {10, 0}, {10, 10}, {0, 10}}));
-  set.Add(Poly({{3, 3}, {3, 7}, {7, 7}, {7, 3}}));  // clockwise: a hole
+  const KvGePolygon2dArray set{{{0, 0}, {10, 0}, {10, 10}, {0, 10}},
+                               {{3, 3}, {3, 7}, {7, 7}, {7, 3}}};  // a clockwise hole
   KvGePolygon2dArray islands = set;
   islands[1].Invert();  // counter-clockwise inside counter-clockwise: no hole
-  KvGePolygon2dArray cwOnly;
-  cwOnly.Add(set[0].Inverted());
+  const KvGePolygon2dArray cwOnly{set[0].Inverted()};
   struct Row {
     const char* name;
     double x, y;
@@ -144,10 +136,8 @@ TEST(Containment, PointInSetWithHole) {
 }
 
 TEST(Containment, LinesPolylinesPolygons) {
-  const KvGePolygon2d sq = Poly({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
-  KvGePolygon2dArray holed;
-  holed.Add(sq);
-  holed.Add(Poly({{3, 3}, {3, 7}, {7, 7}, {7, 3}}));
+  const KvGePolygon2d sq{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+  const KvGePolygon2dArray holed{sq, {{3, 3}, {3, 7}, {7, 7}, {7, 3}}};
   struct Row {
     const char* name;
     KvGePoint2d a, b;
@@ -168,23 +158,17 @@ TEST(Containment, LinesPolylinesPolygons) {
     EXPECT_EQ(Containment(l, sq.Inverted()), r.poly == 0 ? 0 : 1);
   }
 
-  KvGePolyline2d pl;
-  EXPECT_EQ(Containment(pl, sq), 0);
-  pl.Add(KvGePoint2d(1, 1));
-  EXPECT_EQ(Containment(pl, holed), 0);
-  pl.Add(KvGePoint2d(2, 1));
-  pl.Add(KvGePoint2d(2, 2));
-  EXPECT_EQ(Containment(pl, sq), 4);
-  EXPECT_EQ(Containment(pl, holed), 4);
-  pl.Add(KvGePoint2d(5, 5));
-  EXPECT_EQ(Containment(pl, holed), 7);
+  EXPECT_EQ(Containment(KvGePolyline2d(), sq), 0);
+  EXPECT_EQ(Containment(KvGePolyline2d{{1, 1}}, holed), 0);
+  EXPECT_EQ(Containment(KvGePolyline2d{{1, 1}, {2, 1}, {2, 2}}, sq), 4);
+  EXPECT_EQ(Containment(KvGePolyline2d{{1, 1}, {2, 1}, {2, 2}}, holed), 4);
+  EXPECT_EQ(Containment(KvGePolyline2d{{1, 1}, {2, 1}, {2, 2}, {5, 5}}, holed), 7);
 
-  EXPECT_EQ(Containment(Poly({{1, 1}, {2, 1}, {2, 2}}), sq), 4);
-  EXPECT_EQ(Containment(Poly({{1, 1}, {20, 1}, {2, 2}}), sq), 7);
+  EXPECT_EQ(Containment(KvGePolygon2d{{1, 1}, {2, 1}, {2, 2}}, sq), 4);
+  EXPECT_EQ(Containment(KvGePolygon2d{{1, 1}, {20, 1}, {2, 2}}, sq), 7);
   EXPECT_EQ(Containment(KvGePolygon2d(), sq), 0);
   // Fixed answers, whatever the geometry.
-  KvGePolygon2dArray inner;
-  inner.Add(Poly({{1, 1}, {2, 1}, {2, 2}}));
+  const KvGePolygon2dArray inner{{{1, 1}, {2, 1}, {2, 2}}};
   EXPECT_EQ(Containment(inner, sq), 1);
   EXPECT_EQ(Containment(inner[0], holed), 1);
   EXPECT_EQ(Containment(inner, holed), 1);
@@ -210,10 +194,9 @@ TEST(Containment, MatchesTheStepByStepAnswer) {
       ring.Add(KvGePoint2d(x, y));
     }
     if (shape % 7 == 3) ring.Add(ring[0]);  // an explicitly repeated closing vertex
-    KvGePolygon2dArray set;
-    set.Add(ring);
+    KvGePolygon2dArray set{ring};
     if (shape % 3 == 0) {
-      KvGePolygon2d hole = Poly({{46, 46}, {46, 54}, {54, 54}, {54, 46}});
+      KvGePolygon2d hole = KvGePolygon2d{{46, 46}, {46, 54}, {54, 54}, {54, 46}};
       if (shape % 2) hole.Invert();
       set.Add(hole);
     }
@@ -245,9 +228,7 @@ TEST(Containment, MatchesTheStepByStepAnswer) {
           p.Set(x, 100 * unit(rng));
         }
       }
-      KvGePolygon2dArray one;
-      one.Add(poly);
-      ASSERT_EQ(Containment(p, poly), SlowContainment(p, one, true)) << shape << " " << k;
+      ASSERT_EQ(Containment(p, poly), SlowContainment(p, KvGePolygon2dArray{poly}, true)) << shape << " " << k;
       ASSERT_EQ(Containment(p, set), SlowContainment(p, set, false)) << shape << " " << k;
       ++checked;
     }
@@ -276,10 +257,7 @@ TEST(Containment, ManyCrossingsMatchTheStepByStepAnswer) {
     for (int i = m; i >= 0; --i) comb.Add(KvGePoint2d(xs[i], heights[static_cast<int>(unit(rng) * 6) % 6]));
     comb.Add(KvGePoint2d(0, -5));
     if (shape % 2) comb.Invert();
-    KvGePolygon2dArray one, holed;
-    one.Add(comb);
-    holed.Add(comb);
-    holed.Add(Poly({{0.2, 6}, {0.2, 8}, {x - 0.2, 8}, {x - 0.2, 6}}));
+    const KvGePolygon2dArray one{comb}, holed{comb, {{0.2, 6}, {0.2, 8}, {x - 0.2, 8}, {x - 0.2, 6}}};
     for (int k = 0; k < 80; ++k) {
       const double y = heights[k % 6] + offsets[(k / 6) % 8];
       const double px = k % 3 ? xs[static_cast<int>(unit(rng) * m)] + offsets[k % 8] : x * unit(rng);
@@ -294,9 +272,8 @@ TEST(Containment, ManyCrossingsMatchTheStepByStepAnswer) {
 // last, as the calculator's records do, and so gives the calculator's answer.
 TEST(Containment, NotANumberCrossingsSortAsTheCalculatorDoes) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
-  const KvGePolygon2d ring = Poly({{0, 0}, {4, 0}, {nan, 2}, {4, 4}, {0, 4}, {2, 2.0005}, {1, 2}});
-  KvGePolygon2dArray set;
-  set.Add(ring);
+  const KvGePolygon2d ring{{0, 0}, {4, 0}, {nan, 2}, {4, 4}, {0, 4}, {2, 2.0005}, {1, 2}};
+  const KvGePolygon2dArray set{ring};
   for (const KvGePoint2d& p : {KvGePoint2d(1, 2), KvGePoint2d(0.5, 2), KvGePoint2d(3, 2), KvGePoint2d(5, 2),
                                KvGePoint2d(1.0005, 2), KvGePoint2d(-1, 2), KvGePoint2d(2, 2.0005)}) {
     SCOPED_TRACE(testing::Message() << p.x << " " << p.y);

@@ -1,14 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "geometry/intersection/KvGeDistance2d.h"
+#include <utility>
 
-namespace {
-KvGePoint2dArray Ring(std::initializer_list<KvGePoint2d> pts) {
-  KvGePoint2dArray a;
-  for (const KvGePoint2d& p : pts) a.Add(p);
-  return a;
-}
-}  // namespace
+#include "geometry/intersection/KvGeDistance2d.h"
 
 TEST(Distance, SegmentBandAtTheEnds) {
   // Segment (0,0)-(10,0): a foot up to 0.001 beyond an end is still measured perpendicularly.
@@ -52,7 +46,7 @@ TEST(Distance, FootAndInfiniteLine) {
 }
 
 TEST(Distance, ClosedSequencesAndNearestEdges) {
-  const KvGePoint2dArray sq = Ring({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
+  const KvGePoint2dArray sq{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
   EXPECT_NEAR(DistanceSqr2d(sq, KvGePoint2d(-2, 5)), 4, 1e-12);  // the closing edge counts
   EXPECT_NEAR(DistanceSqr2d(KvGePoint2d(5, 4), sq), 16, 1e-12);
   EXPECT_EQ(DistanceSqr2d(KvGePoint2dArray(), KvGePoint2d(1, 1)), 1e18);
@@ -61,19 +55,18 @@ TEST(Distance, ClosedSequencesAndNearestEdges) {
   EXPECT_EQ(NearestLineIndex2d(sq, KvGePoint2d(-1, -1)), 0);  // tie of edges 3 and 0: lower index
   EXPECT_EQ(NearestLineIndex2d(KvGePoint2dArray(), KvGePoint2d(1, 1)), -1);
 
-  KvGePolygon2dArray set;
-  EXPECT_EQ(NearestLineIndex2d(set, KvGePoint2d(1, 1)).GetAt(0), -1);
-  EXPECT_EQ(NearestLineIndex2d(set, KvGePoint2d(1, 1)).GetAt(1), -1);
-  set.Add(KvGePolygon2d(sq));
-  set.Add(KvGePolygon2d(Ring({{3, 3}, {3, 7}, {7, 7}, {7, 3}})));
-  const KvBtIntegerArray r = NearestLineIndex2d(set, KvGePoint2d(6, 5));
-  ASSERT_EQ(r.GetSize(), 2);
-  EXPECT_EQ(r.GetAt(0), 1);
-  EXPECT_EQ(r.GetAt(1), 2);
-  EXPECT_EQ(NearestLineIndex2d(set, KvGePoint2d(5, 1.5)).GetAt(0), 0);  // 1.5 from both: lower polygon
+  // A set answers the polygon and the edge; -1, -1 for none.
+  auto nearest = [](const KvGePolygon2dArray& set, const KvGePoint2d& p) {
+    const KvBtIntegerArray r = NearestLineIndex2d(set, p);
+    return r.GetSize() == 2 ? std::make_pair(r.GetAt(0), r.GetAt(1)) : std::make_pair(-9, -9);
+  };
+  EXPECT_EQ(nearest(KvGePolygon2dArray(), KvGePoint2d(1, 1)), std::make_pair(-1, -1));
+  const KvGePolygon2dArray set{KvGePolygon2d(sq), {{3, 3}, {3, 7}, {7, 7}, {7, 3}}};
+  EXPECT_EQ(nearest(set, KvGePoint2d(6, 5)), std::make_pair(1, 2));
+  EXPECT_EQ(nearest(set, KvGePoint2d(5, 1.5)).first, 0);  // 1.5 from both: lower polygon
 
   // From (103, 4): edge 0 (length 100) lies 5 away, edge 1 (length 10) 3 away, edge 2 farther.
-  const KvGePoint2dArray a = Ring({{0, 0}, {100, 0}, {100, 10}, {0, 10}});
+  const KvGePoint2dArray a{{0, 0}, {100, 0}, {100, 10}, {0, 10}};
   const KvGePoint2d p(103, 4);
   EXPECT_EQ(NearestLongestPolyLineIndex2d(a, p, 5.5), 0);  // both within: the longer, though farther
   EXPECT_EQ(NearestLongestPolyLineIndex2d(a, p, 5.0), 1);  // exactly 5 away is not within

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <cmath>
+#include <utility>
 
 #include "geometry/intersection/KvGeIntrCalculator2d.h"
 #include "geometry/intersection/KvGeIntrPoint2d.h"
@@ -12,18 +13,32 @@ using R = KvGeIntrPoint2d;
 R Rec(unsigned segment, double param, int crossSense = 0, int endCode1 = 1, unsigned info = 0) {
   return R(KvGePoint2d(param, 0), crossSense, 1, endCode1, param, -param, segment, 7, info);
 }
+std::pair<double, double> Span(const KvGeIntrPart2d& q) { return {q.Min().Param0(), q.Max().Param0()}; }
 }  // namespace
 
 TEST(IntrRecord, OrderAlongAnObject) {
-  EXPECT_EQ(Rec(0, 1.0).Compare0(Rec(0, 1.0009)), 0);
-  EXPECT_EQ(Rec(0, 1.0).Compare0(Rec(0, 1.0011)), -1);
-  EXPECT_EQ(Rec(2, 0.0).Compare0(Rec(1, 5.0)), 1);  // segment first
-  EXPECT_EQ(Rec(1, 5.0).Compare1(Rec(1, 5.0)), 0);
-  EXPECT_EQ(Rec(0, 1.0).Compare1(Rec(0, 2.0)), 1);  // Param1 is -param here
-  EXPECT_EQ(R::kNegInfinity.Compare0(Rec(0, -1e8)), -1);
-  EXPECT_EQ(R::kPosInfinity.Compare0(Rec(0x7FFFFFFE, 1e12)), 1);
-  EXPECT_EQ(R::kPosInfinity.Segment0(), 0x7FFFFFFFu);
-  EXPECT_EQ(Rec(0xFFFFFFFFu, 0).Compare0(Rec(1, 0)), 1);  // unsigned comparison
+  const double nan = std::nan("");
+  struct Row {
+    const char* name;
+    R a, b;
+    int along, expected;
+  } rows[] = {{"0.0009 apart: equal", Rec(0, 1.0), Rec(0, 1.0009), 0, 0},
+              {"0.0011 apart", Rec(0, 1.0), Rec(0, 1.0011), 0, -1},
+              {"segment first", Rec(2, 0.0), Rec(1, 5.0), 0, 1},
+              {"along object 1", Rec(1, 5.0), Rec(1, 5.0), 1, 0},
+              {"Param1 is -param here", Rec(0, 1.0), Rec(0, 2.0), 1, 1},
+              {"before the first", R::kNegInfinity, Rec(0, -1e8), 0, -1},
+              {"after the last", R::kPosInfinity, Rec(0x7FFFFFFE, 1e12), 0, 1},
+              {"unsigned segments", Rec(0xFFFFFFFFu, 0), Rec(1, 0), 0, 1},
+              // NaN compared equal to every parameter, so 0.5, NaN, 0.2 passed for sorted.
+              {"NaN after every number", Rec(0, nan), Rec(0, 1e300), 0, 1},
+              {"every number before NaN", Rec(0, -1e300), Rec(0, nan), 0, -1},
+              {"NaN equals NaN", Rec(0, nan), Rec(0, nan), 1, 0},
+              {"NaN: the segment still first", Rec(0, nan), Rec(1, 0), 0, -1}};
+  for (const Row& r : rows) {
+    SCOPED_TRACE(r.name);
+    EXPECT_EQ(r.along ? r.a.Compare1(r.b) : r.a.Compare0(r.b), r.expected);
+  }
 
   const R a = Rec(0, 1.0, 0, 1, 1), b = Rec(0, 1.0005, 0, 1, 2);
   EXPECT_EQ(Min0(a, b).Info(), 2u);  // a tie gives the second argument
@@ -40,7 +55,6 @@ TEST(IntrRecord, OrderAlongAnObject) {
   EXPECT_EQ(c.CutCode1(), -2);
   c.EndCode1() = -1;
   EXPECT_EQ(c.CutCode1(), -1);
-  EXPECT_TRUE(static_cast<const KvGePoint2d&>(c) == KvGePoint2d(0, 0));
 }
 
 TEST(IntrRecord, PartsAlongAnObject) {
@@ -58,32 +72,14 @@ TEST(IntrRecord, PartsAlongAnObject) {
   KvGeIntrPart2d q = p;
   q.Include0(Rec(0, 6));
   q.Include0(Rec(0, 0.5));
-  EXPECT_EQ(q.Min().Param0(), 0.5);
-  EXPECT_EQ(q.Max().Param0(), 6.0);
+  EXPECT_EQ(Span(q), std::make_pair(0.5, 6.0));
   q.Intersect0(KvGeIntrPart2d(Rec(0, 2), Rec(0, 3), 0));
-  EXPECT_EQ(q.Min().Param0(), 2.0);
-  EXPECT_EQ(q.Max().Param0(), 3.0);
+  EXPECT_EQ(Span(q), std::make_pair(2.0, 3.0));
   q.Include0(p);
-  EXPECT_EQ(q.Min().Param0(), 1.0);
-  EXPECT_EQ(q.Max().Param0(), 4.0);
+  EXPECT_EQ(Span(q), std::make_pair(1.0, 4.0));
   // Along object 1 the parameters run the other way here.
   EXPECT_EQ(p.IsEmpty1(1), 1);
   EXPECT_EQ(q == q, 0);
-  const KvGeIntrPart2d fresh;
-  EXPECT_EQ(fresh.Type(), 0);
-  EXPECT_EQ(fresh.Min().Param0(), 0.0);
-}
-
-TEST(IntrCalculator, FreshCalculatorHasOneOutsidePart) {
-  KvGeIntrCalculator2d calc;
-  EXPECT_EQ(calc.GetSize(), 2);
-  EXPECT_EQ(calc.GetSize0(), 0);
-  EXPECT_EQ(calc.Part0(0).Type(), 0);  // before a Calculate: a default part, no stray memory
-  calc.Calculate0();
-  ASSERT_EQ(calc.GetSize0(), 1);
-  EXPECT_EQ(calc.Part0(0).Type(), -1);
-  EXPECT_EQ(calc.Part0(0).Min().Param0(), -1e9);
-  EXPECT_EQ(calc.Part0(0).Max().Param0(), 1e9);
 }
 
 TEST(IntrCalculator, CountsCrossingsIntoTypedParts) {
@@ -92,19 +88,14 @@ TEST(IntrCalculator, CountsCrossingsIntoTypedParts) {
     std::vector<R> records;
     std::vector<int> types;
   };
+  // Crossings on object 1's segment ends count once, inside its segments twice.
   const Row rows[] = {
-      // Crossings at segment ends of object 1 count once each.
-      {"ends", {Rec(0, 0.7, 1, 1), Rec(0, 0.3, -1, 1)}, {-1, 0, -1}},
-      // Inside segments of object 1 they count twice: entering makes the middle part inside.
-      {"inside", {Rec(0, 0.3, -1, 0), Rec(0, 0.7, 1, 0)}, {-1, 1, -1}},
-      // A shared vertex reported by both neighbouring segments adds up to one crossing.
-      {"vertex", {Rec(0, 0.3, -1, 1), Rec(0, 0.3, -1, -1), Rec(0, 0.7, 1, 0)}, {-1, 0, 1, -1}},
-      // The other orientation of the same ring: the middle part is outside.
-      {"reversed", {Rec(0, 0.3, 1, 0), Rec(0, 0.7, -1, 0)}, {-1, -1, -1}},
-      // Parameters closer than 0.001: a part without length, whatever the count.
-      {"close", {Rec(0, 0.3, -1, 0), Rec(0, 0.3005, 1, 0)}, {-1, 0, -1}},
-      // Different segments at the same parameter: type 0 as well.
-      {"segments", {Rec(0, 0.5, -1, 0), Rec(1, 0.5, 1, 0)}, {-1, 0, -1}},
+      {"at segment ends: counts once", {Rec(0, 0.7, 1, 1), Rec(0, 0.3, -1, 1)}, {-1, 0, -1}},
+      {"inside segments: twice, entering", {Rec(0, 0.3, -1, 0), Rec(0, 0.7, 1, 0)}, {-1, 1, -1}},
+      {"vertex seen twice: counts once", {Rec(0, 0.3, -1, 1), Rec(0, 0.3, -1, -1), Rec(0, 0.7, 1, 0)}, {-1, 0, 1, -1}},
+      {"other orientation: middle outside", {Rec(0, 0.3, 1, 0), Rec(0, 0.7, -1, 0)}, {-1, -1, -1}},
+      {"0.0005 apart: no length, type 0", {Rec(0, 0.3, -1, 0), Rec(0, 0.3005, 1, 0)}, {-1, 0, -1}},
+      {"other segment, same parameter: 0", {Rec(0, 0.5, -1, 0), Rec(1, 0.5, 1, 0)}, {-1, 0, -1}},
   };
   for (const Row& r : rows) {
     SCOPED_TRACE(r.what);
@@ -128,7 +119,6 @@ TEST(IntrCalculator, SortsAlongBothObjectsAndClamps) {
   EXPECT_EQ(calc.Element0(1000).Param0(), 1e9);  // clamped to the last in order
   EXPECT_EQ(calc.Element0(static_cast<unsigned>(-1)).Param0(), 1e9);
   EXPECT_EQ(&calc.Part0(static_cast<unsigned>(-1)), &calc.Part0(calc.GetSize0() - 1));
-  EXPECT_EQ(calc.Perm0().GetSize(), calc.GetSize());
 
   // A deep copy owns its permutations and parts.
   KvGeIntrCalculator2d copy(calc);
@@ -148,6 +138,15 @@ TEST(IntrCalculator, SortsAlongBothObjectsAndClamps) {
 
 TEST(IntrCalculator, CutAloneGivesOnePartPerPairOfRecords) {
   KvGeIntrCalculator2d calc;
+  EXPECT_EQ(calc.GetSize(), 2);
+  EXPECT_EQ(calc.GetSize0(), 0);
+  EXPECT_EQ(calc.Part0(0).Type(), 0);  // before a Calculate: a default part, no stray memory
+  calc.Calculate0();
+  ASSERT_EQ(calc.GetSize0(), 1);  // a fresh calculator has one part, outside, over everything
+  EXPECT_EQ(calc.Part0(0).Type(), -1);
+  EXPECT_EQ(Span(calc.Part0(0)), std::make_pair(-1e9, 1e9));
+
+  calc = KvGeIntrCalculator2d();
   calc.Add(Rec(0, 0.3, -1, 0));
   calc.CalculateParts0();  // never sorted
   EXPECT_EQ(calc.GetSize0(), 2);
@@ -182,21 +181,19 @@ TEST(IntrCalculator, CrossSenseOf2To30DoesNotOverflow) {
   for (int i = 1; i < 4; ++i) EXPECT_EQ(calc.Part0(i).Type(), 1) << i;
 }
 
-// NaN compared equal to every parameter, so 0.5, NaN, 0.2 passed for sorted.
+// Numbers, infinities and 1e308 included, sort by value and NaN after every number; the order
+// is total, so every record comes out once, and the parts follow it.
 TEST(IntrCalculator, NaNParameterSortsAfterEveryNumber) {
-  const double nan = std::nan("");
-  EXPECT_EQ(Rec(0, nan).Compare0(Rec(0, 1e300)), 1);
-  EXPECT_EQ(Rec(0, -1e300).Compare0(Rec(0, nan)), -1);
-  EXPECT_EQ(Rec(0, nan).Compare1(Rec(0, nan)), 0);
-  EXPECT_EQ(Rec(0, nan).Compare0(Rec(1, 0)), -1);  // the segment still comes first
+  const double nan = std::nan(""), inf = HUGE_VAL;
   KvGeIntrCalculator2d calc;
-  for (double t : {0.5, nan, 0.2, nan, 0.9}) calc.Add(Rec(0, t));
-  calc.SortIntrPoints0();
-  const double want[] = {-1e9, 0.2, 0.5, 0.9};
-  for (int i = 0; i < 4; ++i) EXPECT_EQ(calc.Element0(i).Param0(), want[i]) << i;
-  EXPECT_TRUE(std::isnan(calc.Element0(4).Param0()));
-  EXPECT_TRUE(std::isnan(calc.Element0(5).Param0()));
-  EXPECT_EQ(calc.Element0(6).Param0(), 1e9);
+  for (double t : {0.5, nan, 0.2, inf, nan, -1e308, 0.9, -inf, 1e308, -0.0}) calc.Add(Rec(0, t));
+  calc.Calculate();
+  const double want[] = {-inf, -1e308, -1e9, -0.0, 0.2, 0.5, 0.9, 1e308, inf};
+  for (int i = 0; i < 9; ++i) EXPECT_EQ(calc.Element0(i).Param0(), want[i]) << i;
+  EXPECT_TRUE(std::isnan(calc.Element0(9).Param0()));
+  EXPECT_TRUE(std::isnan(calc.Element0(10).Param0()));
+  EXPECT_EQ(calc.Element0(11).Param0(), 1e9);
+  EXPECT_EQ(calc.GetSize0(), calc.GetSize() - 1);
 }
 
 TEST(IntrCalculator, SpaceRecordsInPlan) {
@@ -209,5 +206,4 @@ TEST(IntrCalculator, SpaceRecordsInPlan) {
   const KvGeIntrPart3d part = calc.Part0(1);
   EXPECT_EQ(part.IsInside0(calc.Element0(1), 1), 1);
   EXPECT_EQ(Min0(calc.Element0(1), calc.Element0(2)).Param0(), 0.2);
-  EXPECT_EQ(KvGeIntrPoint3d::kNegInfinity.Param1(), -1e9);
 }

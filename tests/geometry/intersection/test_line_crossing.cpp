@@ -2,14 +2,6 @@
 
 #include "geometry/intersection/KvGeIntrLine2d.h"
 
-namespace {
-KvGePoint2dArray Ring(std::initializer_list<KvGePoint2d> pts) {
-  KvGePoint2dArray a;
-  for (const KvGePoint2d& p : pts) a.Add(p);
-  return a;
-}
-}  // namespace
-
 TEST(LineCrossing, SegmentsAndTheEndBand) {
   // p1-p2 = (0,0)-(10,0); q runs down from (x, 5) to (x, y2): it reaches y = 0 at its end.
   struct Row {
@@ -114,7 +106,7 @@ TEST(LineCrossing, RecordsEndCodesAndParameters) {
 
 TEST(LineCrossing, ClosedSequence) {
   // Through vertex (10, 5) of the diamond: both edges meeting there report it.
-  const KvGePoint2dArray diamond = Ring({{5, 0}, {10, 5}, {5, 10}, {0, 5}});
+  const KvGePoint2dArray diamond{{5, 0}, {10, 5}, {5, 10}, {0, 5}};
   const KvGeLine2d l(KvGePoint2d(-5, 5), KvGePoint2d(20, 5), 0);
   KvGeIntrPoint2dArray out;
   ASSERT_EQ(Intersection2d(l, diamond, out, 0), 4);
@@ -126,8 +118,7 @@ TEST(LineCrossing, ClosedSequence) {
   EXPECT_NEAR(out[3].Param0(), 5, 1e-12);
 
   // A repeated closing vertex adds a zero-length edge that crosses nothing; append keeps.
-  KvGePoint2dArray closed = diamond;
-  closed.Add(KvGePoint2d(5, 0));
+  const KvGePoint2dArray closed{{5, 0}, {10, 5}, {5, 10}, {0, 5}, {5, 0}};
   const KvGeLine2d low(KvGePoint2d(-5, 1), KvGePoint2d(20, 1), 0);
   EXPECT_EQ(Intersection2d(closed, low, out, 1), 2);
   EXPECT_EQ(out.GetSize(), 6);
@@ -137,7 +128,7 @@ TEST(LineCrossing, ClosedSequence) {
   // the crossing formula on coordinates near 1e6, next to a line 0.03 long, puts the crossing
   // into the band of an edge whose ends both lie 0.0016 or more off the line.
   const double x = 1000004.81, y = 1e6;
-  const KvGePoint2dArray spike = Ring({{x + 0.01, y + 5}, {x + 0.01, y + 0.0016}, {x - 3, y + 2}});
+  const KvGePoint2dArray spike{{x + 0.01, y + 5}, {x + 0.01, y + 0.0016}, {x - 3, y + 2}};
   for (const int segment : {0, 1}) {
     SCOPED_TRACE(segment);
     const KvGeLine2d line(KvGePoint2d(x, y), KvGePoint2d(x + 0.03, y), segment);

@@ -5,7 +5,6 @@
 #include <limits>
 #include <random>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "geometry/intersection/KvGeContainment2d.h"
@@ -15,12 +14,6 @@
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
-
-KvGePolygon2d Ring(const std::vector<std::pair<double, double>>& xy) {
-  KvGePolygon2d p;
-  for (const auto& v : xy) p.Add(KvGePoint2d(v.first, v.second));
-  return p;
-}
 
 // Alternating radii; a = b gives a regular polygon. Counter-clockwise.
 KvGePolygon2d Star(int n, double cx, double cy, double a, double b) {
@@ -69,18 +62,16 @@ KvGePolygon2d Noisy() {
 }
 
 KvGePolygon2dArray Holes() {
-  KvGePolygon2dArray set;
-  set.Add(Ring({{0, 0}, {20, 0}, {20, 20}, {0, 20}}));
-  set.Add(Ring({{4, 4}, {4, 9}, {9, 9}, {9, 4}}));                      // clockwise hole
-  set.Add(Ring({{5, 5}, {8, 5}, {8, 8}, {5, 8}}));                      // island in the hole
-  set.Add(KvGePolygon2d());                                             // empty ring
-  set.Add(Ring({{15, 15}}));                                            // a lone vertex
-  set.Add(Ring({{12, 2}, {14, 6}, {16, 2}}));                           // clockwise triangle
-  set.Add(Ring({{20, 10}, {17, 12}, {17, 8}}));                         // hole touching the outline
-  set.Add(Ring({{9, 9}, {9, 12}, {12, 12}, {12, 9}}));                  // hole meeting another at a corner
-  set.Add(Ring({{2, 14}, {6, 14.0007}, {6, 16}, {2, 16}}));             // an island, nearly level edge
-  set.Add(Ring({{2, 14.0012}, {2, 15.5}, {5.5, 15.5}, {6, 14.0004}}));  // a hole inside it
-  return set;
+  return {{{0, 0}, {20, 0}, {20, 20}, {0, 20}},
+          {{4, 4}, {4, 9}, {9, 9}, {9, 4}},                       // clockwise hole
+          {{5, 5}, {8, 5}, {8, 8}, {5, 8}},                       // island in the hole
+          KvGePolygon2d(),                                        // empty ring
+          KvGePolygon2d{{15, 15}},                                // a lone vertex
+          {{12, 2}, {14, 6}, {16, 2}},                            // clockwise triangle
+          {{20, 10}, {17, 12}, {17, 8}},                          // hole touching the outline
+          {{9, 9}, {9, 12}, {12, 12}, {12, 9}},                   // hole meeting another at a corner
+          {{2, 14}, {6, 14.0007}, {6, 16}, {2, 16}},              // an island, nearly level edge
+          {{2, 14.0012}, {2, 15.5}, {5.5, 15.5}, {6, 14.0004}}};  // a hole inside it
 }
 
 struct Shape {
@@ -90,24 +81,18 @@ struct Shape {
 };
 
 std::vector<Shape> Shapes() {
-  std::vector<Shape> s;
-  auto one = [](const KvGePolygon2d& p) {
-    KvGePolygon2dArray a;
-    a.Add(p);
-    return a;
-  };
-  s.push_back({"convex 120", one(Star(120, 3, -2, 40, 40)), false});
-  s.push_back({"star 520", one(Star(520, 0, 0, 30, 14)), false});
-  s.push_back({"star 300 as a set", one(Star(300, 0, 0, 30, 14)), true});
-  s.push_back({"comb", one(Comb()), false});
-  s.push_back({"comb as a set", one(Comb()), true});
-  s.push_back({"clockwise star", one(Star(80, 0, 0, 10, 4).Inverted()), false});
-  s.push_back({"noisy", one(Noisy()), false});
-  s.push_back({"noisy as a set", one(Noisy()), true});
-  s.push_back({"bow tie", one(Ring({{0, 0}, {4, 4}, {4, 0}, {0, 4}})), false});
-  s.push_back({"two vertices", one(Ring({{0, 0}, {3, 1}})), false});
-  s.push_back({"holes", Holes(), true});
-  return s;
+  using A = KvGePolygon2dArray;
+  return {{"convex 120", A{Star(120, 3, -2, 40, 40)}, false},
+          {"star 520", A{Star(520, 0, 0, 30, 14)}, false},
+          {"star 300 as a set", A{Star(300, 0, 0, 30, 14)}, true},
+          {"comb", A{Comb()}, false},
+          {"comb as a set", A{Comb()}, true},
+          {"clockwise star", A{Star(80, 0, 0, 10, 4).Inverted()}, false},
+          {"noisy", A{Noisy()}, false},
+          {"noisy as a set", A{Noisy()}, true},
+          {"bow tie", A{KvGePolygon2d{{0, 0}, {4, 4}, {4, 0}, {0, 4}}}, false},
+          {"two vertices", A{KvGePolygon2d{{0, 0}, {3, 1}}}, false},
+          {"holes", Holes(), true}};
 }
 
 struct Edge {
@@ -167,12 +152,18 @@ std::vector<KvGePoint2d> Points(const KvGePolygon2dArray& rings, int count, unsi
   return pts;
 }
 
+// f applied to the shape as the free functions take it: the set, or its one polygon.
+template <class F>
+auto OnShape(const Shape& s, F f) {
+  return s.set ? f(s.rings) : f(s.rings.GetData()[0]);
+}
+
 unsigned short Free(const KvGePoint2d& p, const Shape& s) {
-  return s.set ? Containment(p, s.rings) : Containment(p, s.rings.GetData()[0]);
+  return OnShape(s, [&](const auto& r) { return Containment(p, r); });
 }
 
 KvGePreparedRegion2d Prepare(const Shape& s) {
-  return s.set ? KvGePreparedRegion2d(s.rings) : KvGePreparedRegion2d(s.rings.GetData()[0]);
+  return OnShape(s, [](const auto& r) { return KvGePreparedRegion2d(r); });
 }
 
 std::string Where(const KvGePoint2d& p) {
@@ -235,11 +226,9 @@ TEST(PreparedRegion, LinesAnswerAsTheFreeFunctions) {
       }
       if (kind == 3) b = KvGePoint2d(a.x + 0.0006, a.y + 0.0006);  // no longer than 0.001
       const KvGeLine2d l(a, b, static_cast<int>(rng() % 2), 1);
-      const unsigned short expected = s.set ? Containment(l, s.rings) : Containment(l, s.rings.GetData()[0]);
-      bool same = prepared.Containment(l) == expected;
+      bool same = prepared.Containment(l) == OnShape(s, [&](const auto& r) { return Containment(l, r); });
       for (int mode = 0; mode < 2 && same; ++mode) {
-        const int nFree = s.set ? Intersection2d(l, s.rings, freePieces, mode)
-                                : Intersection2d(l, s.rings.GetData()[0], freePieces, mode);
+        const int nFree = OnShape(s, [&](const auto& r) { return Intersection2d(l, r, freePieces, mode); });
         same = prepared.Intersection2d(l, preparedPieces, mode) == nFree && preparedPieces.GetSize() == nFree;
         for (int k = 0; k < nFree && same; ++k) same = SameLine(freePieces[k], preparedPieces[k]);
       }
@@ -248,11 +237,10 @@ TEST(PreparedRegion, LinesAnswerAsTheFreeFunctions) {
     EXPECT_EQ(differences, 0);
     // Polylines and polygons are tested edge by edge; a set answers 1 for a polygon.
     for (int i = 0; i + 6 <= 600; i += 6) {
-      KvGePolyline2d pl;
-      for (int k = i; k < i + 6; ++k) pl.Add(pts[k]);
+      const KvGePolyline2d pl{pts[i], pts[i + 1], pts[i + 2], pts[i + 3], pts[i + 4], pts[i + 5]};
       const KvGePolygon2d pg(pl);
-      EXPECT_EQ(prepared.Containment(pl), s.set ? Containment(pl, s.rings) : Containment(pl, s.rings.GetData()[0]));
-      EXPECT_EQ(prepared.Containment(pg), s.set ? Containment(pg, s.rings) : Containment(pg, s.rings.GetData()[0]));
+      EXPECT_EQ(prepared.Containment(pl), OnShape(s, [&](const auto& r) { return Containment(pl, r); }));
+      EXPECT_EQ(prepared.Containment(pg), OnShape(s, [&](const auto& r) { return Containment(pg, r); }));
     }
   }
 }
@@ -261,15 +249,14 @@ TEST(PreparedRegion, LinesAnswerAsTheFreeFunctions) {
 TEST(PreparedRegion, ExtremeCoordinates) {
   const double inf = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
   const std::vector<KvGePolygon2d> regions = {
-      Star(100, 0, 0, 5, 2), Ring({{0, 0}, {3e9, 0}, {3e9, 2e9}, {0, 2e9}}), Ring({{0, 0}, {4, 0}, {nan, 2}, {0, 4}}),
-      Ring({{0, 0}, {4, 0}, {4, inf}, {0, 4}}), Ring({{0, 0}, {10, nan}, {nan, nan}, {nan, nan}})};
+      Star(100, 0, 0, 5, 2), KvGePolygon2d{{0, 0}, {3e9, 0}, {3e9, 2e9}, {0, 2e9}},
+      KvGePolygon2d{{0, 0}, {4, 0}, {nan, 2}, {0, 4}}, KvGePolygon2d{{0, 0}, {4, 0}, {4, inf}, {0, 4}},
+      KvGePolygon2d{{0, 0}, {10, nan}, {nan, nan}, {nan, nan}}};
   const std::vector<KvGePoint2d> pts = {{1, 1},   {1e9, 1e9}, {-1e9, 0}, {1e12, 3}, {inf, 0},    {0, -inf}, {nan, 1},
                                         {1, nan}, {2e9, 1e9}, {0, 0},    {4, 2},    {1e-300, 2}, {30, 1}};
   for (const KvGePolygon2d& r : regions) {
-    const KvGePreparedRegion2d pp(r);
-    KvGePolygon2dArray set;
-    set.Add(r);
-    const KvGePreparedRegion2d ps(set);
+    const KvGePolygon2dArray set{r};
+    const KvGePreparedRegion2d pp(r), ps(set);
     for (const KvGePoint2d& p : pts) {
       SCOPED_TRACE(Where(p));
       EXPECT_EQ(pp.Containment(p), Containment(p, r));
@@ -283,7 +270,7 @@ TEST(PreparedRegion, ExtremeCoordinates) {
   // and yet the free cut reports the crossings (the line passes inside the tip), so the tree
   // must not skip it.
   const double x = 1000004.81, y = 1e6;
-  const KvGePolygon2d spike = Ring({{x - 3, y + 2}, {x + 0.01, y + 0.0016}, {x + 0.01, y + 5}});
+  const KvGePolygon2d spike{{x - 3, y + 2}, {x + 0.01, y + 0.0016}, {x + 0.01, y + 5}};
   const KvGePreparedRegion2d ps(spike);
   const KvGeLine2d l(KvGePoint2d(x, y), KvGePoint2d(x + 0.03, y), 0, 1);
   KvBtDynArray<KvGeLine2d> free, prepared;
@@ -293,45 +280,16 @@ TEST(PreparedRegion, ExtremeCoordinates) {
 }
 
 TEST(PreparedRegion, KeepsItsOwnCopyAndStartsEmpty) {
-  KvGePolygon2d poly = Ring({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
-  KvGePolygon2dArray set;
-  set.Add(poly);
+  KvGePolygon2d poly{{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+  KvGePolygon2dArray set{poly};
   const KvGePreparedRegion2d fromPoly(poly), fromSet(set);
   poly.ElementAt(2) = KvGePoint2d(1, 1);
   set.ElementAt(0).ElementAt(2) = KvGePoint2d(1, 1);
   EXPECT_EQ(fromPoly.Containment(KvGePoint2d(8, 8)), 4);
   EXPECT_EQ(fromSet.Containment(KvGePoint2d(8, 8)), 4);
   EXPECT_EQ(fromPoly.BoundingBox().Max().x, 10);
-  EXPECT_EQ(fromSet.IsPolygonSet(), 1);
-  EXPECT_EQ(fromPoly.IsPolygonSet(), 0);
-  EXPECT_EQ(fromSet.NumberOfEdges(), 4);
   const KvGePreparedRegion2d empty;
   EXPECT_EQ(empty.Containment(KvGePoint2d(0, 0)), 1);
   EXPECT_EQ(empty.Containment(KvGePolyline2d()), 0);
   EXPECT_TRUE(empty.BoundingBox().IsEmpty(1));
-}
-
-// Eight threads share one object with no lock; run under ThreadSanitizer as well.
-TEST(PreparedRegionConcurrency, EightThreadsOnOneObject) {
-  const Shape shapes[] = {{"star", {}, false}, {"holes", Holes(), true}};
-  for (int which = 0; which < 2; ++which) {
-    Shape s = shapes[which];
-    if (which == 0) s.rings.Add(Star(600, 0, 0, 30, 14));
-    const KvGePreparedRegion2d prepared = Prepare(s);
-    const std::vector<KvGePoint2d> pts = Points(s.rings, 16000, 41);
-    std::vector<unsigned short> expected;
-    for (const KvGePoint2d& p : pts) expected.push_back(Free(p, s));
-    std::vector<int> mismatches(8, 0);
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 8; ++t)
-      threads.emplace_back([&, t]() {
-        KvBtDynArray<KvGeLine2d> pieces;
-        for (std::size_t i = static_cast<std::size_t>(t); i < pts.size(); i += 8) {
-          if (prepared.Containment(pts[i]) != expected[i]) ++mismatches[t];
-          if (i % 64 == 0) prepared.Intersection2d(KvGeLine2d(pts[i], KvGePoint2d(1, 1), 0, 1), pieces, 1);
-        }
-      });
-    for (std::thread& th : threads) th.join();
-    for (int t = 0; t < 8; ++t) EXPECT_EQ(mismatches[t], 0) << "thread " << t;
-  }
 }

@@ -15,15 +15,18 @@ using P = KvGePoint2d;
 using P3 = KvGePoint3d;
 
 int Bits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
-int Bits(const P& a, const P& b) { return Bits(a.x, b.x) && Bits(a.y, b.y) && a.m_bInfinite == b.m_bInfinite; }
-int Bits(const P3& a, const P3& b) {
-  return Bits(a.x, b.x) && Bits(a.y, b.y) && Bits(a.z, b.z) && a.m_bInfinite == b.m_bInfinite;
+template <class T>
+auto Bits(const T& a, const T& b) -> decltype(a.Dim(), 0) {
+  for (unsigned i = 0; i < a.Dim(); ++i)
+    if (!Bits(a[i], b[i])) return 0;
+  return a.m_bInfinite == b.m_bInfinite;
 }
-int Bits(const KvGeLine2d& a, const KvGeLine2d& b) { return Bits(a.P1(), b.P1()) && Bits(a.P2(), b.P2()); }
-int Bits(const KvGeLine3d& a, const KvGeLine3d& b) { return Bits(a.P1(), b.P1()) && Bits(a.P2(), b.P2()); }
-int Bits(const KvGeLine23d& a, const KvGeLine23d& b) { return Bits(a.P1(), b.P1()) && Bits(a.P2(), b.P2()); }
+template <class L>
+auto Bits(const L& a, const L& b) -> decltype(a.P1(), 0) {
+  return Bits(a.P1(), b.P1()) && Bits(a.P2(), b.P2());
+}
 template <class A>
-int Bits(const A& a, const A& b) {
+auto Bits(const A& a, const A& b) -> decltype(a.GetSize(), 0) {
   if (a.GetSize() != b.GetSize()) return 0;
   for (int i = 0; i < a.GetSize(); ++i)
     if (!Bits(a.GetData()[i], b.GetData()[i])) return 0;
@@ -33,17 +36,12 @@ int Bits(const A& a, const A& b) {
 // Doubles from every corner of the format: plain decimals with all mantissa bits used, any
 // finite bit pattern (huge, tiny, subnormal), small integers and both zeros.
 double AnyDouble(std::mt19937_64& rng) {
-  switch (rng() % 8) {
-    case 0: {
+  switch (const int kind = static_cast<int>(rng() % 8)) {
+    case 0:    // any finite bit pattern: an all-ones exponent loses its top bit
+    case 1: {  // a subnormal: the exponent cleared
       std::uint64_t u = rng();
-      if (((u >> 52) & 0x7ff) == 0x7ff) u &= ~(std::uint64_t{1} << 62);  // keep it finite
-      double d;
-      std::memcpy(&d, &u, sizeof d);
-      return d;
-    }
-    case 1: {
-      std::uint64_t u = rng() & ((std::uint64_t{1} << 52) - 1);  // subnormal
-      if (rng() & 1) u |= std::uint64_t{1} << 63;
+      const std::uint64_t exponent = u >> 52 & 0x7ff;
+      u &= ~(std::uint64_t{kind == 1 ? 0x7ffu : exponent == 0x7ff ? 0x400u : 0u} << 52);
       double d;
       std::memcpy(&d, &u, sizeof d);
       return d;
@@ -66,6 +64,18 @@ A AnySequence(std::mt19937_64& rng, int most, F point) {
   const int n = static_cast<int>(rng() % static_cast<std::uint64_t>(most + 1));
   for (int i = 0; i < n; ++i) a.Add(point(rng));
   return a;
+}
+
+// Reading orients a lone ring counter-clockwise, so the generated rings are made so (a ring
+// whose area is 0 or not a number keeps its order). Where rounding gives the ring and its
+// inverse areas of the same sign, the orientation is undefined and the ring is drawn again.
+template <class G>
+auto CounterClockwise(std::mt19937_64& rng, G draw) -> decltype(draw(rng)) {
+  for (;;) {
+    auto ring = draw(rng);
+    if (ring.Area() < 0.0) ring.Invert();
+    if (!(ring.Area() < 0.0)) return ring;
+  }
 }
 
 // A star-shaped ring around c: n >= 6 vertices at evenly spread angles with jitter, so that every
@@ -130,35 +140,21 @@ TEST(Wkt, RandomObjectsRoundTripBitIdentically) {
   RoundTrip<KvGeLine23d>("plan line", [](std::mt19937_64& r) { return KvGeLine23d(AnyPoint3(r), AnyPoint3(r)); });
   RoundTrip<KvGePolyline2d>("polyline", [](std::mt19937_64& r) { return AnySequence<KvGePolyline2d>(r, 8, AnyPoint); });
   RoundTrip<KvGePolyline2dArray>("multilinestring", [](std::mt19937_64& r) {
-    KvGePolyline2dArray a;
-    const int n = static_cast<int>(r() % 4);
-    for (int i = 0; i < n; ++i) a.Add(AnySequence<KvGePolyline2d>(r, 5, AnyPoint));
-    return a;
+    return AnySequence<KvGePolyline2dArray>(
+        r, 3, [](std::mt19937_64& q) { return AnySequence<KvGePolyline2d>(q, 5, AnyPoint); });
   });
   RoundTrip<KvBtDynArray<KvGeLine2d>>("lines", [](std::mt19937_64& r) {
-    KvBtDynArray<KvGeLine2d> a;
-    const int n = static_cast<int>(r() % 4);
-    for (int i = 0; i < n; ++i) a.Add(KvGeLine2d(AnyPoint(r), AnyPoint(r)));
-    return a;
+    return AnySequence<KvBtDynArray<KvGeLine2d>>(
+        r, 3, [](std::mt19937_64& q) { return KvGeLine2d(AnyPoint(q), AnyPoint(q)); });
   });
-  // Reading orients a lone ring counter-clockwise, so the generated rings are made so (a ring
-  // whose area is 0 or not a number keeps its order). Where rounding gives the ring and its
-  // inverse areas of the same sign, the orientation is undefined and the ring is drawn again.
   RoundTrip<KvGePolygon2d>("polygon", [](std::mt19937_64& r) {
-    for (;;) {
-      KvGePolygon2d ring = AnySequence<KvGePolygon2d>(r, 8, AnyPoint);
-      if (ring.Area() < 0.0) ring.Invert();
-      if (!(ring.Area() < 0.0)) return ring;
-    }
+    return CounterClockwise(r, [](std::mt19937_64& q) { return AnySequence<KvGePolygon2d>(q, 8, AnyPoint); });
   });
   RoundTrip<KvGePolygon3d>(
       "polygon z", [](std::mt19937_64& r) { return KvGePolygon3d(AnySequence<KvGePoint3dArray>(r, 8, AnyPoint3)); });
   RoundTrip<KvGePolygon23d>("plan polygon", [](std::mt19937_64& r) {
-    for (;;) {
-      KvGePolygon23d ring(AnySequence<KvGePoint3dArray>(r, 8, AnyPoint3), 0.0);
-      if (ring.Area() < 0.0) ring.Invert();
-      if (!(ring.Area() < 0.0)) return ring;
-    }
+    return CounterClockwise(
+        r, [](std::mt19937_64& q) { return KvGePolygon23d(AnySequence<KvGePoint3dArray>(q, 8, AnyPoint3), 0.0); });
   });
   RoundTrip<KvGePolygon2dArray>("polygon set", [](std::mt19937_64& r) { return AnyRegion(r); });
 }
@@ -199,99 +195,30 @@ TEST(Wkt, MalformedTextsFailWithAMessageAndLeaveTheTarget) {
     for (std::size_t n = 0; n < full.size(); ++n) ExpectRejected(full.substr(0, n), anySentinel, count);
   }
 
-  const char* broken[] = {
-      // unbalanced
-      "POINT ((1 2)",
-      "POINT (1 2))",
-      "POINT 1 2)",
-      "LINESTRING (0 0, 1 1",
-      "LINESTRING ((0 0, 1 1))",
-      "POLYGON (0 0, 1 0, 1 1, 0 0)",
-      "POLYGON ((0 0, 1 0, 1 1, 0 0)",
-      "POLYGON ((0 0, 1 0, 1 1, 0 0)))",
-      "MULTIPOLYGON ((0 0, 1 0, 1 1, 0 0))",
-      "MULTIPOLYGON (((0 0, 1 0, 1 1, 0 0))",
-      "MULTILINESTRING (0 0, 1 1)",
-      "MULTIPOINT ((1 2), (3 4)",
-      ")",
-      "(",
-      "((((",
-      // wrong keywords and forms
-      "PIONT (1 2)",
-      "POINTS (1 2)",
-      "LINESTRIN (0 0, 1 1)",
-      "CIRCLE (0 0, 1)",
-      "GEOMETRYCOLLECTION (POINT (1 2))",
-      "POINT M (1 2 3)",
-      "POINT ZM (1 2 3 4)",
-      "POINT Q (1 2)",
-      "POINT EMPTY EMPTY",
-      "POINT EMTPY",
-      "EMPTY",
-      "MULTIPOINT (EMPTY, (1 2))",
-      "MULTILINESTRING Z ((0 0 0, 1 1 1))",
-      "MULTIPOLYGON Z EMPTY",
-      "POLYGON Z ((0 0 0, 1 0 0, 1 1 0, 0 0 0), (0 0 0, 1 0 0, 1 1 0, 0 0 0))",
-      "POINT Z (1 2)",
-      "POINT (1 2 3 4)",
-      "LINESTRING (0 0, 1 1 1, 2 2)",
-      "LINESTRING Z (0 0 0, 1 1)",
-      // NaN, infinities and numbers out of range
-      "POINT (nan 1)",
-      "POINT (1 NaN)",
-      "POINT (inf 0)",
-      "POINT (-inf 0)",
-      "POINT (+Infinity 0)",
-      "LINESTRING (0 0, 1 nan)",
-      "POINT (1e999 0)",
-      "POINT (0 -1e400)",
-      "POINT (1e-400 0)",
-      "POINT (1e309 1)",
-      // empty and garbage
-      "",
-      " ",
-      "\n\t",
-      "1 2",
-      "POINT",
-      "POINT (",
-      "POINT ()",
-      "POINT (1)",
-      "POINT (1,2)",
-      "POINT (1 2,)",
-      "POINT (0x10 1)",
-      "POINT (1..2 3)",
-      "POINT (1e 2)",
-      "POINT (- 1 2)",
-      "POINT (+-1 2)",
-      "POINT (.e1 2)",
-      "POINT (1 2) POINT (3 4)",
-      "POINT (1 2);",
-      "POINT (1 2) x",
-      "LINESTRING (0 0,, 1 1)",
-      "LINESTRING (0 0 1 1)",
-      "LINESTRING (,0 0)",
-      "POINT (1\xc3\xa9 2)",
-      "POINT\x01(1 2)",
-      "\xef\xbb\xbfPOINT (1 2)",
-  };
-  for (const char* b : broken) ExpectRejected(std::string(b), anySentinel, count);
+  // Unbalanced; wrong keywords and forms; NaN, infinities and numbers out of range; empty and garbage.
+  // The texts are separated by '|'.
+  const std::string broken =
+      "POINT ((1 2)|POINT (1 2))|POINT 1 2)|LINESTRING (0 0, 1 1|LINESTRING ((0 0, 1 1))|"
+      "POLYGON (0 0, 1 0, 1 1, 0 0)|POLYGON ((0 0, 1 0, 1 1, 0 0)|POLYGON ((0 0, 1 0, 1 1, 0 0)))|"
+      "MULTIPOLYGON ((0 0, 1 0, 1 1, 0 0))|MULTIPOLYGON (((0 0, 1 0, 1 1, 0 0))|MULTILINESTRING (0 0, 1 1)|"
+      "MULTIPOINT ((1 2), (3 4)|)|(|((((|PIONT (1 2)|POINTS (1 2)|LINESTRIN (0 0, 1 1)|CIRCLE (0 0, 1)|"
+      "GEOMETRYCOLLECTION (POINT (1 2))|POINT M (1 2 3)|POINT ZM (1 2 3 4)|POINT Q (1 2)|POINT EMPTY EMPTY|"
+      "POINT EMTPY|EMPTY|MULTIPOINT (EMPTY, (1 2))|MULTILINESTRING Z ((0 0 0, 1 1 1))|MULTIPOLYGON Z EMPTY|"
+      "POLYGON Z ((0 0 0, 1 0 0, 1 1 0, 0 0 0), (0 0 0, 1 0 0, 1 1 0, 0 0 0))|POINT Z (1 2)|"
+      "POINT (1 2 3 4)|LINESTRING (0 0, 1 1 1, 2 2)|LINESTRING Z (0 0 0, 1 1)|POINT (nan 1)|POINT (1 NaN)|"
+      "POINT (inf 0)|POINT (-inf 0)|POINT (+Infinity 0)|LINESTRING (0 0, 1 nan)|POINT (1e999 0)|"
+      "POINT (0 -1e400)|POINT (1e-400 0)|POINT (1e309 1)|| |\n\t|1 2|POINT|POINT (|POINT ()|POINT (1)|"
+      "POINT (1,2)|POINT (1 2,)|POINT (0x10 1)|POINT (1..2 3)|POINT (1e 2)|POINT (- 1 2)|POINT (+-1 2)|"
+      "POINT (.e1 2)|POINT (1 2) POINT (3 4)|POINT (1 2);|POINT (1 2) x|LINESTRING (0 0,, 1 1)|"
+      "LINESTRING (0 0 1 1)|LINESTRING (,0 0)|POINT (1\xc3\xa9 2)|POINT\x01(1 2)|\xef\xbb\xbfPOINT (1 2)";
+  for (std::size_t at = 0, end = 0; end != std::string::npos; at = end + 1) {
+    end = broken.find('|', at);
+    ExpectRejected(broken.substr(at, end == std::string::npos ? end : end - at), anySentinel, count);
+  }
   // A zero byte inside the given length is a stray character, not an end.
   ExpectRejected(std::string("POINT (1 2)\0", 12), anySentinel, count);
   ExpectRejected(std::string("POINT (1\0 2)", 12), anySentinel, count);
 
-  // Seeded random bytes, and random cuts and splices of valid texts.
-  std::mt19937_64 rng(16);
-  for (int i = 0; i < 100; ++i) {
-    std::string text(valid[i % 5]);
-    const std::size_t at = rng() % text.size();
-    text[at] = "()#,;x9-.eE \x7f\xff"[rng() % 15];
-    KvGeWktGeometry target = anySentinel;
-    std::string message;
-    if (KvGeReadWkt(text, target, &message) == 0) {
-      EXPECT_NE(message.find(" at offset "), std::string::npos) << text;
-      EXPECT_EQ(KvGeWriteWkt(target), KvGeWriteWkt(anySentinel)) << text;
-    }
-  }
   // Typed targets reject what they cannot hold.
   ExpectRejected("LINESTRING (0 0, 1 1, 2 2)", KvGeLine2d(P(5, 5), P(6, 6)), count);
   ExpectRejected("LINESTRING EMPTY", KvGeLine2d(P(5, 5), P(6, 6)), count);
@@ -373,11 +300,7 @@ TEST(Wkt, ReadingOrientsShellsCounterClockwiseAndHolesClockwise) {
 
 TEST(Wkt, WritingGroupsEachHoleUnderTheSmallestShellAroundIt) {
   auto square = [](double x0, double y0, double x1, double y1, int ccw) {
-    KvGePolygon2d r;
-    r.Add(P(x0, y0));
-    r.Add(P(x1, y0));
-    r.Add(P(x1, y1));
-    r.Add(P(x0, y1));
+    const KvGePolygon2d r{{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}};
     return ccw ? r : r.Inverted();
   };
   KvGePolygon2dArray region;
@@ -399,9 +322,7 @@ TEST(Wkt, WritingGroupsEachHoleUnderTheSmallestShellAroundIt) {
   EXPECT_EQ(back.GetSize(), 6);
   EXPECT_GT(back[5].Area(), 0.0);  // the lone clockwise ring reads back as a shell
 
-  KvGePolygon2dArray one;
-  one.Add(square(0, 0, 1, 1, 1));
-  EXPECT_EQ(KvGeWriteWkt(one), "POLYGON ((0 0, 1 0, 1 1, 0 1, 0 0))");
+  EXPECT_EQ(KvGeWriteWkt(KvGePolygon2dArray{square(0, 0, 1, 1, 1)}), "POLYGON ((0 0, 1 0, 1 1, 0 1, 0 0))");
   EXPECT_EQ(KvGeWriteWkt(KvGePolygon2dArray()), "POLYGON EMPTY");
 }
 
@@ -444,14 +365,10 @@ TEST(Wkt, FormsAndConversions) {
   EXPECT_EQ(g.IsEmpty(), 1);
   EXPECT_EQ(g.GetPoint(l.P1()), 0);
   EXPECT_EQ(KvGeWriteWkt(g), "POINT EMPTY");
-  KvBtDynArray<KvGeLine2d> pieces;
-  pieces.Add(KvGeLine2d(P(0, 20), P(40, 20)));
-  pieces.Add(KvGeLine2d(P(60, 20), P(100.5, 20)));
+  const KvBtDynArray<KvGeLine2d> pieces{KvGeLine2d(P(0, 20), P(40, 20)), KvGeLine2d(P(60, 20), P(100.5, 20))};
   EXPECT_EQ(KvGeWriteWkt(pieces), "MULTILINESTRING ((0 20, 40 20), (60 20, 100.5 20))");
   EXPECT_EQ(KvGeWriteWkt(KvGeWktGeometry().Set(pieces)), KvGeWriteWkt(pieces));
-  KvGePolygon2dArray set;
-  set.Add(KvGePolygon2d());
-  EXPECT_EQ(KvGeWktGeometry().Set(set).IsEmpty(), 1);
+  EXPECT_EQ(KvGeWktGeometry().Set(KvGePolygon2dArray{KvGePolygon2d()}).IsEmpty(), 1);
 }
 
 }  // namespace
