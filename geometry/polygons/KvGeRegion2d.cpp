@@ -214,25 +214,33 @@ void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, 
 
 bool InRange(double v) { return std::fabs(v) <= kKvGeRegionRange; }
 
-CL::cInt ToGrid(double v) { return static_cast<CL::cInt>(std::llround(v * kKvGeRegionScale)); }
+// Rounds to the grid half away from zero, as llround does, without its library call: within
+// the range the scaled value stays below 2^53, so the truncation and the remainder are exact.
+CL::cInt ToGrid(double v) {
+  const double s = v * kKvGeRegionScale;
+  const CL::cInt t = static_cast<CL::cInt>(s);
+  const double f = s - static_cast<double>(t);
+  return t + (f >= 0.5) - (f <= -0.5);
+}
 
-bool ToPath(const KvGePoint2dArray& ring, CL::Path& path) {
-  path.resize(static_cast<std::size_t>(ring.GetSize()));
-  std::size_t k = 0;
-  for (const KvGePoint2d& p : ring) {
-    if (!InRange(p.x) || !InRange(p.y)) return false;
-    path[k++] = CL::IntPoint(ToGrid(p.x), ToGrid(p.y));
+// The ring on the grid; reversed, it runs as KvGePolygon2d::Invert leaves it (the first vertex
+// first, the others backwards).
+bool ToPath(const KvGePoint2dArray& ring, CL::Path& path, bool reversed = false) {
+  const std::size_t n = static_cast<std::size_t>(ring.GetSize());
+  path.resize(n);
+  const KvGePoint2d* p = ring.GetData();
+  for (std::size_t k = 0; k < n; ++k) {
+    if (!InRange(p[k].x) || !InRange(p[k].y)) return false;
+    path[reversed && k != 0 ? n - k : k] = CL::IntPoint(ToGrid(p[k].x), ToGrid(p[k].y));
   }
   return true;
 }
 
-bool ToPaths(const KvGePolygon2dArray& set, int first, CL::Paths& paths) {
+bool ToPaths(const KvGePolygon2dArray& set, int first, CL::Paths& paths, bool reversed = false) {
   paths.clear();
-  paths.reserve(static_cast<std::size_t>(std::max(0, set.GetSize() - first)));
-  for (int i = first; i < set.GetSize(); ++i) {
-    paths.emplace_back();
-    if (!ToPath(set.GetData()[i], paths.back())) return false;
-  }
+  paths.resize(static_cast<std::size_t>(std::max(0, set.GetSize() - first)));
+  for (int i = first; i < set.GetSize(); ++i)
+    if (!ToPath(set.GetData()[i], paths[static_cast<std::size_t>(i - first)], reversed)) return false;
   return true;
 }
 
@@ -349,6 +357,26 @@ struct Seg {
 bool LessPt(const Pt& p, const Pt& q) { return p.x < q.x || (p.x == q.x && p.y < q.y); }
 bool LessSeg(const Seg& s, const Seg& t) { return LessPt(s.a, t.a) || (!LessPt(t.a, s.a) && LessPt(s.b, t.b)); }
 
+// Whether the clean-up leaves the ring as it is: no edge within kGridTol, and every vertex
+// farther than kGridTol from the line through its neighbours, which stand farther apart than
+// that. Then no run of vertices is removable either (each removal test first meets a single
+// vertex off its neighbours' line), so CollapseShortEdges and CleanClosed would change nothing.
+bool Settled(const CL::Path& path) {
+  const std::size_t n = path.size();
+  if (n < 3) return false;
+  constexpr double tolSqr = kGridTol * kGridTol;
+  for (std::size_t i = 0; i < n; ++i) {
+    const CL::IntPoint& a = path[i == 0 ? n - 1 : i - 1];
+    const CL::IntPoint& b = path[i];
+    const CL::IntPoint& c = path[i + 1 == n ? 0 : i + 1];
+    const Pt ab{static_cast<double>(b.X - a.X), static_cast<double>(b.Y - a.Y)};
+    const Pt ac{static_cast<double>(c.X - a.X), static_cast<double>(c.Y - a.Y)};
+    const double acSqr = ac.x * ac.x + ac.y * ac.y, cross = ab.x * ac.y - ab.y * ac.x;
+    if (ab.x * ab.x + ab.y * ab.y <= tolSqr || acSqr <= tolSqr || cross * cross <= tolSqr * acSqr) return false;
+  }
+  return true;
+}
+
 // Collapses short edges, removes near-collinear vertices and spikes (within 0.001) and drops
 // rings below the smallest area; true when anything changed. The edges that a changed ring did
 // not have before go to fresh.
@@ -363,6 +391,15 @@ bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
   std::size_t out = 0;
   for (std::size_t i = 0; i < paths.size(); ++i) {
     CL::Path& path = paths[i];
+    if (Settled(path)) {
+      if (std::fabs(CL::Area(path)) < kGridMinArea) {
+        changed = true;
+        continue;
+      }
+      if (out != i) paths[out].swap(path);
+      ++out;
+      continue;
+    }
     ring.resize(path.size());
     for (std::size_t k = 0; k < path.size(); ++k)
       ring[k] = Pt{static_cast<double>(path[k].X), static_cast<double>(path[k].Y)};
@@ -580,51 +617,55 @@ bool InsideEdge(const CL::IntPoint& p, const CL::IntPoint& q, const CL::IntPoint
 constexpr std::size_t kLongEdgeCells = 64;
 
 int ResolveTouches(CL::Paths& paths) {
-  struct Edge {
-    std::size_t ring, index;
-  };
   struct Insert {
     std::size_t ring, index;
     CL::IntPoint p;
   };
-  const auto at = [&](std::size_t ring, std::size_t k) -> const CL::IntPoint& {
-    return paths[ring][k % paths[ring].size()];
-  };
-  std::vector<Edge> edges;
-  double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
-  for (std::size_t r = 0; r < paths.size(); ++r)
-    for (std::size_t k = 0; k < paths[r].size(); ++k) {
-      const CL::IntPoint& p = paths[r][k];
-      const double px = static_cast<double>(p.X), py = static_cast<double>(p.Y);
-      if (edges.empty()) {
-        x0 = x1 = px;
-        y0 = y1 = py;
-      }
-      x0 = std::min(x0, px);
-      x1 = std::max(x1, px);
-      y0 = std::min(y0, py);
-      y1 = std::max(y1, py);
-      edges.push_back(Edge{r, k});
+  // The vertices in one flat list; vertex i starts the edge to next[i].
+  std::size_t count = 0;
+  for (const CL::Path& path : paths) count += path.size();
+  if (count == 0) return 0;
+  std::vector<CL::IntPoint> pts;
+  std::vector<std::size_t> ringOf, next, prev, firstOf(paths.size());
+  pts.reserve(count);
+  ringOf.reserve(count);
+  next.reserve(count);
+  prev.reserve(count);
+  for (std::size_t r = 0; r < paths.size(); ++r) {
+    const std::size_t first = pts.size(), n = paths[r].size();
+    firstOf[r] = first;
+    for (std::size_t k = 0; k < n; ++k) {
+      pts.push_back(paths[r][k]);
+      ringOf.push_back(r);
+      next.push_back(k + 1 == n ? first : first + k + 1);
+      prev.push_back(k == 0 ? first + n - 1 : first + k - 1);
     }
-  if (edges.empty()) return 0;
-  const std::size_t side = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(edges.size()))));
-  const double cw = (x1 - x0) / static_cast<double>(side) + 1.0, ch = (y1 - y0) / static_cast<double>(side) + 1.0;
-  const auto cellX = [&](CL::cInt x) {
-    return std::min(side - 1, static_cast<std::size_t>((static_cast<double>(x) - x0) / cw));
-  };
-  const auto cellY = [&](CL::cInt y) {
-    return std::min(side - 1, static_cast<std::size_t>((static_cast<double>(y) - y0) / ch));
-  };
-  std::vector<std::size_t> start(side * side + 1, 0), fill;
-  std::vector<Edge> cells, longEdges;
+  }
+  CL::cInt minX = pts[0].X, maxX = pts[0].X, minY = pts[0].Y, maxY = pts[0].Y;
+  for (const CL::IntPoint& p : pts) {
+    minX = std::min(minX, p.X);
+    maxX = std::max(maxX, p.X);
+    minY = std::min(minY, p.Y);
+    maxY = std::max(maxY, p.Y);
+  }
+  // The cell of every vertex: the edge from vertex i spans the cells between those of its ends.
+  const std::size_t side = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(count))));
+  const double x0 = static_cast<double>(minX), y0 = static_cast<double>(minY);
+  const double perX = 1.0 / ((static_cast<double>(maxX) - x0) / static_cast<double>(side) + 1.0);
+  const double perY = 1.0 / ((static_cast<double>(maxY) - y0) / static_cast<double>(side) + 1.0);
+  std::vector<std::size_t> cellX(count), cellY(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    cellX[i] = std::min(side - 1, static_cast<std::size_t>((static_cast<double>(pts[i].X) - x0) * perX));
+    cellY[i] = std::min(side - 1, static_cast<std::size_t>((static_cast<double>(pts[i].Y) - y0) * perY));
+  }
+  std::vector<std::size_t> start(side * side + 1, 0), fill, cells, longEdges;
   for (int pass = 0; pass < 2; ++pass) {
-    for (const Edge& e : edges) {
-      const CL::IntPoint& p = at(e.ring, e.index);
-      const CL::IntPoint& q = at(e.ring, e.index + 1);
-      const std::size_t cx0 = cellX(std::min(p.X, q.X)), cx1 = cellX(std::max(p.X, q.X));
-      const std::size_t cy0 = cellY(std::min(p.Y, q.Y)), cy1 = cellY(std::max(p.Y, q.Y));
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::size_t j = next[i];
+      const std::size_t cx0 = std::min(cellX[i], cellX[j]), cx1 = std::max(cellX[i], cellX[j]);
+      const std::size_t cy0 = std::min(cellY[i], cellY[j]), cy1 = std::max(cellY[i], cellY[j]);
       if ((cx1 - cx0 + 1) * (cy1 - cy0 + 1) > kLongEdgeCells) {
-        if (pass == 0) longEdges.push_back(e);
+        if (pass == 0) longEdges.push_back(i);
         continue;
       }
       for (std::size_t cy = cy0; cy <= cy1; ++cy)
@@ -633,7 +674,7 @@ int ResolveTouches(CL::Paths& paths) {
           if (pass == 0)
             ++start[c + 1];
           else
-            cells[fill[c]++] = e;
+            cells[fill[c]++] = i;
         }
     }
     if (pass == 0) {
@@ -644,34 +685,33 @@ int ResolveTouches(CL::Paths& paths) {
   }
 
   std::vector<Insert> inserts;
-  // 2 when a new union is needed: v inside another ring's edge with an edge of its own running
-  // along it, or one of v's edges found in another place; v inside an edge of its own ring is
-  // recorded; else 0.
-  const auto check = [&](const Edge& e, std::size_t ring, std::size_t index) {
-    const std::size_t n = paths[ring].size();
-    if (e.ring == ring && (e.index == index || e.index == (index + n - 1) % n)) return 0;  // v's own edges
-    const CL::IntPoint& v = paths[ring][index];
-    const CL::IntPoint& p = at(e.ring, e.index);
-    const CL::IntPoint& q = at(e.ring, e.index + 1);
-    if (v == p || v == q) {
-      const CL::IntPoint& other = v == p ? q : p;
-      return other == at(ring, index + 1) || other == at(ring, index + n - 1) ? 2 : 0;
+  // For vertex v and the edge from vertex e: 2 when a new union is needed (v inside another
+  // ring's edge with an edge of its own running along it, or one of v's edges found in another
+  // place); v inside an edge of its own ring is recorded; else 0.
+  const auto check = [&](std::size_t e, std::size_t v) {
+    if (e == v || e == prev[v]) return 0;  // v's own edges
+    const CL::IntPoint& p = pts[e];
+    const CL::IntPoint& q = pts[next[e]];
+    const CL::IntPoint& at = pts[v];
+    if (at == p || at == q) {
+      const CL::IntPoint& other = at == p ? q : p;
+      return other == pts[next[v]] || other == pts[prev[v]] ? 2 : 0;
     }
-    if (!InsideEdge(p, q, v)) return 0;
-    if (e.ring == ring) {
-      inserts.push_back(Insert{e.ring, e.index, v});
+    if (!InsideEdge(p, q, at)) return 0;
+    if (ringOf[e] == ringOf[v]) {
+      const std::size_t ring = ringOf[e];
+      inserts.push_back(Insert{ring, e - firstOf[ring], at});
       return 0;
     }
-    return Turn(p, q, at(ring, index + 1)) == 0 || Turn(p, q, at(ring, index + n - 1)) == 0 ? 2 : 0;
+    return Turn(p, q, pts[next[v]]) == 0 || Turn(p, q, pts[prev[v]]) == 0 ? 2 : 0;
   };
-  for (std::size_t r = 0; r < paths.size(); ++r)
-    for (std::size_t k = 0; k < paths[r].size(); ++k) {
-      const std::size_t c = cellY(paths[r][k].Y) * side + cellX(paths[r][k].X);
-      for (std::size_t i = start[c]; i < start[c + 1]; ++i)
-        if (check(cells[i], r, k) == 2) return 2;
-      for (const Edge& e : longEdges)
-        if (check(e, r, k) == 2) return 2;
-    }
+  for (std::size_t v = 0; v < count; ++v) {
+    const std::size_t c = cellY[v] * side + cellX[v];
+    for (std::size_t k = start[c]; k < start[c + 1]; ++k)
+      if (check(cells[k], v) == 2) return 2;
+    for (const std::size_t e : longEdges)
+      if (check(e, v) == 2) return 2;
+  }
   if (inserts.empty()) return 0;
 
   // Each ring with vertices of its own inside its edges gets them as vertices, in order along
@@ -679,7 +719,7 @@ int ResolveTouches(CL::Paths& paths) {
   std::sort(inserts.begin(), inserts.end(), [&](const Insert& a, const Insert& b) {
     if (a.ring != b.ring) return a.ring < b.ring;
     if (a.index != b.index) return a.index < b.index;
-    const CL::IntPoint& p = at(a.ring, a.index);
+    const CL::IntPoint& p = paths[a.ring][a.index];
     const double da = std::fabs(static_cast<double>(a.p.X - p.X)) + std::fabs(static_cast<double>(a.p.Y - p.Y));
     const double db = std::fabs(static_cast<double>(b.p.X - p.X)) + std::fabs(static_cast<double>(b.p.Y - p.Y));
     return da < db;
@@ -687,17 +727,17 @@ int ResolveTouches(CL::Paths& paths) {
   CL::Paths out;
   out.reserve(paths.size() + inserts.size());
   CL::Path ring, scratch;
-  std::size_t next = 0;
+  std::size_t done = 0;
   for (std::size_t r = 0; r < paths.size(); ++r) {
-    if (next == inserts.size() || inserts[next].ring != r) {
+    if (done == inserts.size() || inserts[done].ring != r) {
       out.push_back(std::move(paths[r]));
       continue;
     }
     ring.clear();
     for (std::size_t k = 0; k < paths[r].size(); ++k) {
       ring.push_back(paths[r][k]);
-      for (; next < inserts.size() && inserts[next].ring == r && inserts[next].index == k; ++next)
-        ring.push_back(inserts[next].p);
+      for (; done < inserts.size() && inserts[done].ring == r && inserts[done].index == k; ++done)
+        ring.push_back(inserts[done].p);
     }
     AppendSplit(std::move(ring), out, scratch);
   }
@@ -838,20 +878,31 @@ int Guarded(F&& f) {
 
 // ---- polygon set -------------------------------------------------------------------------
 
-int KvGePolygon2dArray::VereinigeOderDurchschnitt(const KvGePolygon2dArray& other, int mode) {
+namespace {
+
+// The region operation of set with the rings of other from index first on, those read reversed
+// when asked; the set takes the normalised result, or stays unchanged on failure.
+int Combine(KvGePolygon2dArray& set, const KvGePolygon2dArray& other, int first, bool reversed, CL::ClipType type,
+            CL::PolyFillType clipFill) {
   return Guarded([&] {
-    if (mode != 1 && mode != 2) return 0;
-    // A complement made by Negate is read without its frame: intersecting with it is the
-    // difference from the reversed rings, which keeps the frame's huge coordinates out of the
-    // integer arithmetic.
-    const bool complement = mode == 2 && StartsWithFrame(other);
     CL::Paths a, b, result;
-    if (!ToPaths(*this, 0, a) || !ToPaths(other, complement ? 1 : 0, b)) return 0;
-    const CL::ClipType type = mode == 1 ? CL::ctUnion : complement ? CL::ctDifference : CL::ctIntersection;
-    if (!Clip(a, &b, type, complement ? CL::pftNegative : CL::pftPositive, result)) return 0;
-    ToSet(result, *this);
+    if (!ToPaths(set, 0, a) || !ToPaths(other, first, b, reversed)) return 0;
+    if (!Clip(a, &b, type, clipFill, result)) return 0;
+    ToSet(result, set);
     return 1;
   });
+}
+
+}  // namespace
+
+int KvGePolygon2dArray::VereinigeOderDurchschnitt(const KvGePolygon2dArray& other, int mode) {
+  if (mode == 1) return Combine(*this, other, 0, false, CL::ctUnion, CL::pftPositive);
+  if (mode != 2) return 0;
+  // A complement made by Negate is read without its frame: intersecting with it is the
+  // difference from the reversed rings, which keeps the frame's huge coordinates out of the
+  // integer arithmetic.
+  if (StartsWithFrame(other)) return Combine(*this, other, 1, false, CL::ctDifference, CL::pftNegative);
+  return Combine(*this, other, 0, false, CL::ctIntersection, CL::pftPositive);
 }
 
 KvGePolygon2dArray& KvGePolygon2dArray::Negate() {
@@ -881,15 +932,17 @@ KvGePolygon2dArray& KvGePolygon2dArray::operator&=(const KvGePolygon2dArray& oth
   return *this;
 }
 
+// The intersection with the complement -other, without making it: the complement has no rings
+// exactly when other has none (which empties this set, deliberately), and otherwise
+// VereinigeOderDurchschnitt reads it as its frame and then the rings of other as Negate
+// reverses them; those are read here from other directly, in the same order, so the clipping
+// library gets the same input and the result is the same ring for ring.
 KvGePolygon2dArray& KvGePolygon2dArray::operator-=(const KvGePolygon2dArray& other) {
-  Guarded([&] {
-    const KvGePolygon2dArray complement = -other;
-    if (complement.GetSize() == 0) {
-      SetSize(0);
-      return 1;
-    }
-    return GetSize() != 0 ? VereinigeOderDurchschnitt(complement, 2) : 1;
-  });
+  if (other.GetSize() == 0) {
+    SetSize(0);
+    return *this;
+  }
+  if (GetSize() != 0) Combine(*this, other, 0, true, CL::ctDifference, CL::pftNegative);
   return *this;
 }
 
