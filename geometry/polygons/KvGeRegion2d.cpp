@@ -325,27 +325,48 @@ void TreeToPaths(const CL::PolyTree& tree, CL::Paths& paths) {
 // instead would swing a long neighbouring edge by up to eps and change the area by up to half
 // its length times eps; the collapse moves the ring only inside the tiny corner. True when
 // anything changed.
-bool CollapseShortEdges(std::vector<Pt>& ring, double eps) {
+// Each pass walks the ring once, collapsing an edge and going on after it, and writes the ring
+// as it then stands to out: the vertices passed, then those still ahead (an edge that closes
+// the ring collapses into its last vertex, and the first goes). out is scratch.
+bool CollapseShortEdges(std::vector<Pt>& ring, double eps, std::vector<Pt>& out) {
   bool any = false;
+  const double epsSqr = eps * eps;
   for (bool changed = true; changed && ring.size() >= 3;) {
     changed = false;
-    for (std::size_t i = 0; i < ring.size() && ring.size() >= 3; ++i) {
-      const std::size_t n = ring.size(), j = (i + 1) % n;
-      if (DistSqr(ring[i], ring[j]) > eps * eps) continue;
-      const Pt& prev = ring[(i + n - 1) % n];
-      const Pt& next = ring[(j + 1) % n];
-      const Pt d1{ring[i].x - prev.x, ring[i].y - prev.y}, d2{next.x - ring[j].x, next.y - ring[j].y};
-      const double den = d1.x * d2.y - d1.y * d2.x;
-      Pt v{(ring[i].x + ring[j].x) / 2, (ring[i].y + ring[j].y) / 2};
-      if (den != 0.0) {
-        const double t = ((ring[j].x - prev.x) * d2.y - (ring[j].y - prev.y) * d2.x) / den;
-        const Pt meet{prev.x + t * d1.x, prev.y + t * d1.y};
-        if (DistSqr(meet, ring[i]) <= 4 * eps * eps && DistSqr(meet, ring[j]) <= 4 * eps * eps) v = meet;
+    out.clear();
+    out.reserve(ring.size());
+    const std::size_t n = ring.size();
+    std::size_t r = 0;
+    while (r < n && out.size() + (n - r) >= 3) {
+      const Pt cur = ring[r];
+      const bool closing = r + 1 == n;  // the edge back to the first vertex
+      const Pt nx = closing ? out[0] : ring[r + 1];
+      if (DistSqr(cur, nx) > epsSqr) {
+        out.push_back(cur);
+        ++r;
+        continue;
       }
-      ring[i] = Pt{std::nearbyint(v.x), std::nearbyint(v.y)};
-      ring.erase(ring.begin() + static_cast<std::ptrdiff_t>(j));
+      const Pt prev = out.empty() ? ring[n - 1] : out.back();
+      const Pt next = closing ? out[1] : r + 2 < n ? ring[r + 2] : out[0];
+      const Pt d1{cur.x - prev.x, cur.y - prev.y}, d2{next.x - nx.x, next.y - nx.y};
+      const double den = d1.x * d2.y - d1.y * d2.x;
+      Pt v{(cur.x + nx.x) / 2, (cur.y + nx.y) / 2};
+      if (den != 0.0) {
+        const double t = ((nx.x - prev.x) * d2.y - (nx.y - prev.y) * d2.x) / den;
+        const Pt meet{prev.x + t * d1.x, prev.y + t * d1.y};
+        if (DistSqr(meet, cur) <= 4 * epsSqr && DistSqr(meet, nx) <= 4 * epsSqr) v = meet;
+      }
+      out.push_back(Pt{std::nearbyint(v.x), std::nearbyint(v.y)});
+      if (closing) {
+        out.erase(out.begin());
+        ++r;
+      } else {
+        r += 2;
+      }
       changed = any = true;
     }
+    out.insert(out.end(), ring.begin() + static_cast<std::ptrdiff_t>(r), ring.end());  // below 3, left as is
+    ring.swap(out);
   }
   return any;
 }
@@ -383,7 +404,7 @@ bool Settled(const CL::Path& path) {
 bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
   bool changed = false;
   fresh.clear();
-  std::vector<Pt> ring, run;
+  std::vector<Pt> ring, run, scratch;
   std::vector<int> keep;
   std::vector<char> spike;
   std::vector<Cone> cones;
@@ -403,7 +424,7 @@ bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
     ring.resize(path.size());
     for (std::size_t k = 0; k < path.size(); ++k)
       ring[k] = Pt{static_cast<double>(path[k].X), static_cast<double>(path[k].Y)};
-    const bool collapsed = CollapseShortEdges(ring, kGridTol);
+    const bool collapsed = CollapseShortEdges(ring, kGridTol, scratch);
     CleanClosed(ring, kGridTol, run, keep, spike, cones);
     if (collapsed || keep.size() != path.size()) {
       changed = true;
@@ -607,6 +628,40 @@ bool InsideEdge(const CL::IntPoint& p, const CL::IntPoint& q, const CL::IntPoint
   return Turn(p, q, v) == 0;
 }
 
+// Marks the rings of at most small vertices whose box meets no other ring's box (boxes that
+// touch meet). The boxes are swept in the order of their left sides; when the pairs to compare
+// grow beyond a few per ring (a column of rings sharing one x range), no ring is marked.
+constexpr std::size_t kAloneVertices = 32;
+constexpr std::size_t kAlonePairsPerRing = 16;
+
+void MarkAlone(const CL::Paths& paths, std::size_t small, std::vector<char>& alone) {
+  std::vector<GridBox> box(paths.size());
+  std::vector<std::size_t> order;
+  order.reserve(paths.size());
+  for (std::size_t r = 0; r < paths.size(); ++r)
+    if (!paths[r].empty()) {
+      box[r] = BoxOf(paths[r]);
+      order.push_back(r);
+    }
+  std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return box[a].x0 < box[b].x0; });
+  std::vector<char> meets(paths.size(), 0);
+  std::vector<std::size_t> active;
+  std::size_t budget = kAlonePairsPerRing * paths.size();
+  for (const std::size_t r : order) {
+    const GridBox& b = box[r];
+    std::size_t kept = 0;
+    for (const std::size_t a : active) {
+      if (box[a].x1 < b.x0) continue;  // left behind for good
+      active[kept++] = a;
+      if (budget-- == 0) return;
+      if (box[a].y0 <= b.y1 && b.y0 <= box[a].y1) meets[a] = meets[r] = 1;
+    }
+    active.resize(kept);
+    active.push_back(r);
+  }
+  for (std::size_t r = 0; r < paths.size(); ++r) alone[r] = !meets[r] && paths[r].size() <= small;
+}
+
 // Where the clipping library lets rings meet along an edge: a vertex inside an edge of its own
 // ring (the ring touches itself there; it is split at that vertex, as at a vertex it passes
 // twice), and a vertex inside an edge of another ring with one of its edges running along it,
@@ -641,26 +696,44 @@ int ResolveTouches(CL::Paths& paths) {
       prev.push_back(k == 0 ? first + n - 1 : first + k - 1);
     }
   }
-  CL::cInt minX = pts[0].X, maxX = pts[0].X, minY = pts[0].Y, maxY = pts[0].Y;
-  for (const CL::IntPoint& p : pts) {
+  // A small ring whose box meets no other ring's box can only touch itself: its vertices are
+  // tried against its own edges, and the grid holds the others.
+  std::vector<char> alone(paths.size(), 0);
+  MarkAlone(paths, kAloneVertices, alone);
+  std::size_t gridded = 0;
+  CL::cInt minX = 0, maxX = 0, minY = 0, maxY = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (alone[ringOf[i]]) continue;
+    const CL::IntPoint& p = pts[i];
+    if (gridded++ == 0) {
+      minX = maxX = p.X;
+      minY = maxY = p.Y;
+    }
     minX = std::min(minX, p.X);
     maxX = std::max(maxX, p.X);
     minY = std::min(minY, p.Y);
     maxY = std::max(maxY, p.Y);
   }
   // The cell of every vertex: the edge from vertex i spans the cells between those of its ends.
-  const std::size_t side = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(count))));
+  const std::size_t side =
+      std::max<std::size_t>(1, static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(gridded)))));
   const double x0 = static_cast<double>(minX), y0 = static_cast<double>(minY);
   const double perX = 1.0 / ((static_cast<double>(maxX) - x0) / static_cast<double>(side) + 1.0);
   const double perY = 1.0 / ((static_cast<double>(maxY) - y0) / static_cast<double>(side) + 1.0);
-  std::vector<std::size_t> cellX(count), cellY(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    cellX[i] = std::min(side - 1, static_cast<std::size_t>((static_cast<double>(pts[i].X) - x0) * perX));
-    cellY[i] = std::min(side - 1, static_cast<std::size_t>((static_cast<double>(pts[i].Y) - y0) * perY));
-  }
-  std::vector<std::size_t> start(side * side + 1, 0), fill, cells, longEdges;
-  for (int pass = 0; pass < 2; ++pass) {
+  std::vector<std::size_t> cellX, cellY, start, fill, cells, longEdges;
+  if (gridded != 0) {
+    cellX.resize(count);
+    cellY.resize(count);
     for (std::size_t i = 0; i < count; ++i) {
+      if (alone[ringOf[i]]) continue;
+      cellX[i] = std::min(side - 1, static_cast<std::size_t>((static_cast<double>(pts[i].X) - x0) * perX));
+      cellY[i] = std::min(side - 1, static_cast<std::size_t>((static_cast<double>(pts[i].Y) - y0) * perY));
+    }
+    start.assign(side * side + 1, 0);
+  }
+  for (int pass = 0; pass < 2 && gridded != 0; ++pass) {
+    for (std::size_t i = 0; i < count; ++i) {
+      if (alone[ringOf[i]]) continue;
       const std::size_t j = next[i];
       const std::size_t cx0 = std::min(cellX[i], cellX[j]), cx1 = std::max(cellX[i], cellX[j]);
       const std::size_t cy0 = std::min(cellY[i], cellY[j]), cy1 = std::max(cellY[i], cellY[j]);
@@ -706,6 +779,12 @@ int ResolveTouches(CL::Paths& paths) {
     return Turn(p, q, pts[next[v]]) == 0 || Turn(p, q, pts[prev[v]]) == 0 ? 2 : 0;
   };
   for (std::size_t v = 0; v < count; ++v) {
+    const std::size_t r = ringOf[v];
+    if (alone[r]) {
+      for (std::size_t e = firstOf[r], end = e + paths[r].size(); e < end; ++e)
+        if (check(e, v) == 2) return 2;
+      continue;
+    }
     const std::size_t c = cellY[v] * side + cellX[v];
     for (std::size_t k = start[c]; k < start[c + 1]; ++k)
       if (check(cells[k], v) == 2) return 2;
