@@ -78,12 +78,6 @@ KvGePolygon2dArray Complement(const KvGePolygon2dArray& set) {
   return c;
 }
 
-double Perimeter(const KvGePolygon2dArray& set) {
-  double sum = 0.0;
-  for (const KvGePolygon2d& ring : set) sum += ring.Perimeter();
-  return sum;
-}
-
 }  // namespace
 
 TEST(PolygonSetOperators, CallingRulesOfEmptyOperands) {
@@ -164,7 +158,7 @@ TEST(PolygonSetOperators, CentreOfAreaAndBoxes) {
 TEST(PolygonSetOperators, AgreesWithPointContainmentAndAreaIdentities) {
   std::mt19937 rng(20240601u);
   std::uniform_real_distribution<double> pos(-10.0, 110.0);
-  int disagreements[3] = {0, 0, 0}, strictFaults = 0, bandFaults = 0, compared = 0, notLiteral = 0;
+  int disagreements[3] = {0, 0, 0}, identityFaults = 0, peerFaults = 0, compared = 0, notLiteral = 0;
   for (int c = 0; c < 10000; ++c) {
     const KvGePolygon2dArray a = RandomSet(rng), b = RandomSet(rng);
     const KvGePolygon2dArray u = a | b, i = a & b, d = a - b;
@@ -179,16 +173,10 @@ TEST(PolygonSetOperators, AgreesWithPointContainmentAndAreaIdentities) {
     // The difference is the intersection with the complement, though it never builds it.
     notLiteral += !Identical(d, a & Complement(b));
 
-    // The identities hold to 1e-6 relative unless the 0.001 clean-up of a result removed a
-    // vertex: that may move an edge by up to 0.001 and the area by up to half its length times
-    // 0.001. Such cases must stay inside that band and be rare.
+    // The clean-up keeps the area of every ring it changes, so the areas add up as the sets do.
     const double areaA = RegionArea(a), areaB = RegionArea(b), scale = std::max(1.0, areaA + areaB);
-    const double band = 1e-6 * scale + 0.001 * (Perimeter(a) + Perimeter(b));
-    const double errors[] = {u.Area() + i.Area() - areaA - areaB, d.Area() - (areaA - i.Area())};
-    for (const double e : errors) {
-      strictFaults += std::fabs(e) > 1e-6 * scale;
-      bandFaults += std::fabs(e) > band;
-    }
+    identityFaults += std::fabs(u.Area() + i.Area() - areaA - areaB) > 1e-6 * scale;
+    identityFaults += std::fabs(d.Area() - (areaA - i.Area())) > 1e-6 * scale;
     if (c % 10 == 0) {
       BMulti ba, bb, bu, bi, bd;
       ASSERT_TRUE(ToBoost(a.Normalized(), ba) && ToBoost(b.Normalized(), bb));
@@ -196,20 +184,16 @@ TEST(PolygonSetOperators, AgreesWithPointContainmentAndAreaIdentities) {
       bg::intersection(ba, bb, bi);
       bg::difference(ba, bb, bd);
       const double peer[] = {bg::area(bu) - u.Area(), bg::area(bi) - i.Area(), bg::area(bd) - d.Area()};
-      for (const double e : peer) {
-        strictFaults += std::fabs(e) > 1e-6 * scale;
-        bandFaults += std::fabs(e) > band;
-      }
-      ++compared;
+      for (const double e : peer) peerFaults += std::fabs(e) > 1e-6 * scale;
+      compared += 3;
     }
   }
   EXPECT_EQ(disagreements[0], 0) << "union";
   EXPECT_EQ(disagreements[1], 0) << "intersection";
   EXPECT_EQ(disagreements[2], 0) << "difference";
   EXPECT_EQ(notLiteral, 0);
-  EXPECT_EQ(bandFaults, 0);
-  EXPECT_LE(strictFaults, 20) << "of " << 2 * 10000 + 3 * compared << " area comparisons";
-  RecordProperty("AreaComparisonsBeyond1e-6", strictFaults);
+  EXPECT_EQ(identityFaults, 0) << "of 20000";
+  EXPECT_EQ(peerFaults, 0) << "of " << compared;
 }
 
 // ---- near-degenerate input ---------------------------------------------------------------
@@ -272,7 +256,7 @@ TEST(RegionCorpus, SliversThinnerThanTolerance) {
   KvGePolygon2dArray spike = Set({Ring({P(0, 0), P(4, 0), P(4, 2), P(7, 2), P(4, 2.0004), P(4, 4), P(0, 4)})});
   ASSERT_EQ(spike.Normalize(), 1);
   ExpectNormalised(spike);
-  EXPECT_NEAR(spike.Area(), 16.0, 1e-3);
+  EXPECT_NEAR(spike.Area(), 16.0 + 0.0006, 1e-5);  // the area of the spike stays
 }
 
 TEST(RegionCorpus, RepeatedVertices) {
@@ -282,7 +266,8 @@ TEST(RegionCorpus, RepeatedVertices) {
   ExpectNormalised(s);
   ASSERT_EQ(s.GetSize(), 1);
   EXPECT_EQ(s.GetData()[0].GetSize(), 4);
-  EXPECT_NEAR(s.Area(), 16.0, 1e-3);
+  // The bumps of 0.0005 and 0.0004 go, but their area stays: a corner moves out instead.
+  EXPECT_NEAR(s.Area(), 16.0 + 0.001 + 0.0008, 1e-5);  // the corner on the grid of 1e-6
 }
 
 TEST(RegionCorpus, SelfIntersectingInput) {
