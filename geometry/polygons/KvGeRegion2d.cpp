@@ -441,35 +441,39 @@ constexpr int kAreaMoveCorners = 8;
 void RestoreArea(CL::Path& path, double missing2) {
   const std::size_t n = path.size();
   if (n < 3) return;
-  std::size_t tried[kAreaMoveCorners];
-  for (int t = 0; t < kAreaMoveCorners; ++t) {
-    std::size_t best = n;
-    double bestSqr = 0.0;
-    for (std::size_t k = 0; k < n; ++k) {
-      if (std::find(tried, tried + t, k) != tried + t) continue;
-      const CL::IntPoint& a = path[(k + n - 1) % n];
-      const CL::IntPoint& c = path[(k + 1) % n];
-      const double dx = static_cast<double>(c.X - a.X), dy = static_cast<double>(c.Y - a.Y);
-      if (dx * dx + dy * dy > bestSqr) {
-        bestSqr = dx * dx + dy * dy;
-        best = k;
-      }
-    }
-    if (best == n) return;
-    tried[t] = best;
-    // Moving the corner by f (dy, -dx) changes twice the area by f |chord|^2.
-    const CL::IntPoint& a = path[(best + n - 1) % n];
-    const CL::IntPoint& c = path[(best + 1) % n];
+  const auto chordSqr = [&](std::size_t k) {
+    const CL::IntPoint& a = path[(k + n - 1) % n];
+    const CL::IntPoint& c = path[(k + 1) % n];
     const double dx = static_cast<double>(c.X - a.X), dy = static_cast<double>(c.Y - a.Y);
-    const double chord = std::sqrt(bestSqr), cap = kMaxAreaMove / chord;
-    const double f = std::max(-cap, std::min(cap, missing2 / bestSqr));
-    const CL::IntPoint old = path[best];
+    return dx * dx + dy * dy;
+  };
+  // The corners with the longest chords, longest first, in one pass.
+  std::pair<double, std::size_t> best[kAreaMoveCorners];
+  std::size_t found = 0;
+  for (std::size_t k = 0; k < n; ++k) {
+    const double c = chordSqr(k);
+    if (found == kAreaMoveCorners && c <= best[found - 1].first) continue;
+    std::size_t at = found < kAreaMoveCorners ? found++ : found - 1;
+    for (; at > 0 && best[at - 1].first < c; --at) best[at] = best[at - 1];
+    best[at] = {c, k};
+  }
+  for (std::size_t t = 0; t < found; ++t) {
+    const std::size_t k = best[t].second;
+    // Moving the corner by f (dy, -dx) changes twice the area by f |chord|^2.
+    const CL::IntPoint& a = path[(k + n - 1) % n];
+    const CL::IntPoint& c = path[(k + 1) % n];
+    const double dx = static_cast<double>(c.X - a.X), dy = static_cast<double>(c.Y - a.Y);
+    const double lenSqr = dx * dx + dy * dy;
+    if (lenSqr == 0.0) return;
+    const double cap = kMaxAreaMove / std::sqrt(lenSqr);
+    const double f = std::max(-cap, std::min(cap, missing2 / lenSqr));
+    const CL::IntPoint old = path[k];
     const CL::IntPoint moved(old.X + static_cast<CL::cInt>(std::nearbyint(f * dy)),
                              old.Y + static_cast<CL::cInt>(std::nearbyint(-f * dx)));
     if (moved == old) return;  // what is missing is below the grid
-    path[best] = moved;
-    if (!LocallyClean(path, best + n - 1) || !LocallyClean(path, best) || !LocallyClean(path, best + 1)) {
-      path[best] = old;
+    path[k] = moved;
+    if (!LocallyClean(path, k + n - 1) || !LocallyClean(path, k) || !LocallyClean(path, k + 1)) {
+      path[k] = old;
       continue;
     }
     missing2 -= static_cast<double>(moved.X - old.X) * dy - static_cast<double>(moved.Y - old.Y) * dx;

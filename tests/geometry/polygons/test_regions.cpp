@@ -186,6 +186,7 @@ TEST(PolygonSetOperators, AgreesWithPointContainmentAndAreaIdentities) {
       const double peer[] = {bg::area(bu) - u.Area(), bg::area(bi) - i.Area(), bg::area(bd) - d.Area()};
       for (const double e : peer) peerFaults += std::fabs(e) > 1e-6 * scale;
       compared += 3;
+      for (const KvGePolygon2dArray* result : {&u, &i, &d}) ExpectNormalised(*result);
     }
   }
   EXPECT_EQ(disagreements[0], 0) << "union";
