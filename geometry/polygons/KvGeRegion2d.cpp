@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -971,10 +973,109 @@ bool StartsWithFrame(const KvGePolygon2dArray& set) {
   return true;
 }
 
-// The region of a set as normalised integer rings, for the offsets.
+// Whether v, on the line through p and q, lies on the segment between them (ends included).
+bool OnSegment(const CL::IntPoint& p, const CL::IntPoint& q, const CL::IntPoint& v) {
+  return std::min(p.X, q.X) <= v.X && v.X <= std::max(p.X, q.X) && std::min(p.Y, q.Y) <= v.Y &&
+         v.Y <= std::max(p.Y, q.Y);
+}
+
+// Whether the segments from a to b and from c to d have a point in common, exactly.
+bool SegmentsMeet(const CL::IntPoint& a, const CL::IntPoint& b, const CL::IntPoint& c, const CL::IntPoint& d) {
+  const int d1 = Turn(a, b, c), d2 = Turn(a, b, d), d3 = Turn(c, d, a), d4 = Turn(c, d, b);
+  if (d1 * d2 < 0 && d3 * d4 < 0) return true;
+  return (d1 == 0 && OnSegment(a, b, c)) || (d2 == 0 && OnSegment(a, b, d)) || (d3 == 0 && OnSegment(c, d, a)) ||
+         (d4 == 0 && OnSegment(c, d, b));
+}
+
+// Whether the ring is simple: no vertex passed twice and no two edges meet but neighbours at
+// their common vertex, whose edges must not run along each other (as Settled ensures). A sweep
+// from left to right keeps the edges across the sweep line in their order along it; the first
+// place where two edges meet lies between two that were neighbours in that order before it, so
+// only neighbours are tried (Shamos and Hoey), in O(n log n). Where the order itself is in
+// doubt (an end point on another edge's line) the answer is no, which only costs the caller a
+// union.
+bool SimpleRing(const CL::Path& path) {
+  const std::size_t n = path.size();
+  if (n < 3) return false;
+  struct Edge {
+    CL::IntPoint l, r;  // the ends, l before r from left to right (then upwards)
+  };
+  struct Event {
+    CL::IntPoint p;
+    std::size_t edge;
+    bool start;
+  };
+  std::vector<Edge> edges(n);
+  std::vector<Event> events;
+  events.reserve(2 * n);
+  for (std::size_t k = 0; k < n; ++k) {
+    CL::IntPoint a = path[k], b = path[k + 1 == n ? 0 : k + 1];
+    if (a == b) return false;
+    if (Less(b, a)) std::swap(a, b);
+    edges[k] = Edge{a, b};
+    events.push_back(Event{a, k, true});
+    events.push_back(Event{b, k, false});
+  }
+  // At one point, edges leave the sweep before others enter it.
+  std::sort(events.begin(), events.end(),
+            [](const Event& e, const Event& f) { return Less(e.p, f.p) || (e.p == f.p && !e.start && f.start); });
+  for (std::size_t i = 2; i < events.size(); ++i)
+    if (events[i].p == events[i - 2].p) return false;  // a vertex passed twice
+
+  bool doubt = false;
+  // Whether edge a lies below edge b where both cross the sweep line: the end that enters
+  // later is placed against the other edge's line.
+  const auto below = [&](std::size_t a, std::size_t b) {
+    if (a == b) return false;
+    const Edge& s = edges[a];
+    const Edge& t = edges[b];
+    const bool sLater = !Less(s.l, t.l);
+    const Edge& early = sLater ? t : s;
+    const Edge& late = sLater ? s : t;
+    int turn = Turn(early.l, early.r, late.l);
+    if (turn == 0 && early.l == late.l) turn = Turn(early.l, early.r, late.r);
+    if (turn == 0) {
+      doubt = true;
+      return a < b;
+    }
+    return sLater ? turn < 0 : turn > 0;
+  };
+  const auto neighbours = [&](std::size_t a, std::size_t b) { return (a + 1) % n == b || (b + 1) % n == a; };
+  const auto meet = [&](std::size_t a, std::size_t b) {
+    return !neighbours(a, b) && SegmentsMeet(edges[a].l, edges[a].r, edges[b].l, edges[b].r);
+  };
+  std::set<std::size_t, decltype(below)> sweep(below);
+  std::vector<std::set<std::size_t, decltype(below)>::iterator> at(n);
+  for (const Event& e : events) {
+    if (e.start) {
+      const auto it = sweep.insert(e.edge).first;
+      if (doubt) return false;
+      at[e.edge] = it;
+      if (it != sweep.begin() && meet(*std::prev(it), e.edge)) return false;
+      if (std::next(it) != sweep.end() && meet(e.edge, *std::next(it))) return false;
+    } else {
+      const auto it = at[e.edge];
+      if (it != sweep.begin() && std::next(it) != sweep.end() && meet(*std::prev(it), *std::next(it))) return false;
+      sweep.erase(it);
+    }
+  }
+  return true;
+}
+
+// Below this many vertices the union costs less than the test for simplicity saves.
+constexpr std::size_t kSimpleRingTest = 16;
+
+// The region of a set as normalised integer rings, for the offsets. A single simple ring,
+// counter-clockwise, that the clean-up leaves as it is is its own region: the union would give
+// it back unchanged (up to where it starts), so it is not asked for.
 bool RegionPaths(const KvGePolygon2dArray& set, CL::Paths& region) {
   CL::Paths raw;
   if (!ToPaths(set, 0, raw)) return false;
+  if (raw.size() == 1 && raw[0].size() >= kSimpleRingTest && Settled(raw[0]) &&
+      Area2About(raw[0], raw[0][0]) >= 2 * kGridMinArea && SimpleRing(raw[0])) {
+    region.swap(raw);
+    return true;
+  }
   return Clip(raw, nullptr, CL::ctUnion, CL::pftPositive, region);
 }
 

@@ -45,6 +45,39 @@ TEST(ParallelPolygon, JoinsGrowAndShrink) {
   }
 }
 
+TEST(ParallelPolygon, SingleRingGrowsAsItsRegion) {
+  // n points counter-clockwise on the circle about the origin through (10, -10), from angle
+  // from to angle to, both ends included.
+  const auto arc = [](KvGePolygon2d& ring, int n, double from, double to) {
+    for (int k = 0; k < n; ++k) {
+      const double a = (from + (to - from) * k / (n - 1)) * kPi / 180;
+      ring.Add(P(std::sqrt(200.0) * std::cos(a), std::sqrt(200.0) * std::sin(a)));
+    }
+  };
+  KvGePolygon2d circle, crossing, onEdge = Ring({P(-10, -10), P(10, -10)});
+  arc(circle, 24, 0, 345);
+  crossing = circle;
+  std::swap(crossing[3], crossing[9]);
+  arc(onEdge, 7, -45 + 16.875, 90 - 16.875);
+  onEdge.Add(P(0, -10));  // on the edge from (-10, -10) to (10, -10)
+  arc(onEdge, 7, 90 + 16.875, 225 - 16.875);
+  struct Row {
+    const char* name;
+    const KvGePolygon2d& ring;
+  } rows[] = {{"simple", circle}, {"crossing itself", crossing}, {"vertex on an edge", onEdge}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    // A clockwise ring far away encloses nothing but makes the set's region a union.
+    const KvGePolygon2dArray alone = Set({row.ring}), withUnion = Set({row.ring, Rect(900, 900, 901, 901).Inverted()});
+    KvGePolygon2dArray grown, expected;
+    ASSERT_EQ(ParallelPolygon2d(alone, 0.5, grown), 1);
+    ASSERT_EQ(ParallelPolygon2d(withUnion, 0.5, expected), 1);
+    ExpectNormalised(grown);
+    EXPECT_EQ(grown.GetSize(), expected.GetSize());
+    EXPECT_NEAR(grown.Area(), expected.Area(), 1e-9 * expected.Area());
+  }
+}
+
 TEST(ParallelPolygon, RoundJoinsStayWithinTheirTolerance) {
   KvGePolygon2dArray out;
   ASSERT_EQ(ParallelPolygon2d(Rect(0, 0, 10, 10), 5.0, out, kKvGeJoinRound, 2.0, 0.001), 1);
