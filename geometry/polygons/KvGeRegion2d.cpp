@@ -1065,12 +1065,10 @@ bool SimpleRing(const CL::Path& path) {
 // Below this many vertices the union costs less than the test for simplicity saves.
 constexpr std::size_t kSimpleRingTest = 16;
 
-// The region of a set as normalised integer rings, for the offsets. A single simple ring,
+// The region of rings on the grid as normalised rings, for the offsets; raw is scratch. A single simple ring,
 // counter-clockwise, that the clean-up leaves as it is is its own region: the union would give
 // it back unchanged (up to where it starts), so it is not asked for.
-bool RegionPaths(const KvGePolygon2dArray& set, CL::Paths& region) {
-  CL::Paths raw;
-  if (!ToPaths(set, 0, raw)) return false;
+bool RegionPaths(CL::Paths& raw, CL::Paths& region) {
   if (raw.size() == 1 && raw[0].size() >= kSimpleRingTest && Settled(raw[0]) &&
       Area2About(raw[0], raw[0][0]) >= 2 * kGridMinArea && SimpleRing(raw[0])) {
     region.swap(raw);
@@ -1272,15 +1270,30 @@ KvGeBox2d KvGePolygon2dArray::BoundingBox(const KvGeModMat2d& m) const {
 
 // ---- offsets -----------------------------------------------------------------------------
 
+namespace {
+
+// The offset of the region of the rings raw into result, which keeps its further value.
+int OffsetRegion(CL::Paths& raw, double distance, KvGePolygon2dArray& result, KvGeJoin2d join, double miterLimit,
+                 double eps) {
+  CL::Paths region, grown;
+  if (!RegionPaths(raw, region)) return 0;
+  if (!Offset(region, distance, ToJoin(join), CL::etClosedPolygon, miterLimit, eps, grown)) return 0;
+  const std::int32_t tag = result.Tag();
+  ToSet(grown, result);
+  result.Tag() = tag;
+  return 1;
+}
+
+}  // namespace
+
 int ParallelPolygon2d(const KvGePolygon2dArray& set, double distance, KvGePolygon2dArray& result, KvGeJoin2d join,
                       double miterLimit, double eps) {
   return Guarded([&] {
     if (!ValidOffsetArgs(distance, join, join == kKvGeJoinRound, miterLimit, eps)) return 0;
-    CL::Paths region, grown;
-    if (!RegionPaths(set, region)) return 0;
-    if (!Offset(region, distance, ToJoin(join), CL::etClosedPolygon, miterLimit, eps, grown)) return 0;
-    const std::int32_t tag = set.Tag();
-    ToSet(grown, result);
+    CL::Paths raw;
+    if (!ToPaths(set, 0, raw)) return 0;
+    const std::int32_t tag = set.Tag();  // set may be result itself
+    if (!OffsetRegion(raw, distance, result, join, miterLimit, eps)) return 0;
     result.Tag() = tag;
     return 1;
   });
@@ -1289,13 +1302,11 @@ int ParallelPolygon2d(const KvGePolygon2dArray& set, double distance, KvGePolygo
 int ParallelPolygon2d(const KvGePolygon2d& polygon, double distance, KvGePolygon2dArray& result, KvGeJoin2d join,
                       double miterLimit, double eps) {
   return Guarded([&] {
-    KvGePolygon2dArray set;
-    set.Add(polygon);
-    if (polygon.Area() < 0) set[0].Invert();
-    const std::int32_t tag = result.Tag();
-    if (!ParallelPolygon2d(set, distance, result, join, miterLimit, eps)) return 0;
-    result.Tag() = tag;
-    return 1;
+    if (!ValidOffsetArgs(distance, join, join == kKvGeJoinRound, miterLimit, eps)) return 0;
+    // A clockwise polygon is read counter-clockwise, as KvGePolygon2d::Invert would turn it.
+    CL::Paths raw(1);
+    if (!ToPath(polygon, raw[0], polygon.Area() < 0)) return 0;
+    return OffsetRegion(raw, distance, result, join, miterLimit, eps);
   });
 }
 
