@@ -766,10 +766,42 @@ int ResolveTouches(CL::Paths& paths) {
     std::size_t ring, index;
     CL::IntPoint p;
   };
-  // The vertices in one flat list; vertex i starts the edge to next[i].
+  std::vector<Insert> inserts;
+  // Vertex at, between prev and next, against the edge from p to q (not one of its own): 2 when
+  // a new union is needed (at inside another ring's edge with an edge of its own running along
+  // it, or one of its edges found in another place), 1 when at lies inside an edge of its own
+  // ring, else 0.
+  const auto meet = [](const CL::IntPoint& p, const CL::IntPoint& q, const CL::IntPoint& at, const CL::IntPoint& prev,
+                       const CL::IntPoint& next, bool sameRing) {
+    if (at == p || at == q) {
+      const CL::IntPoint& other = at == p ? q : p;
+      return other == next || other == prev ? 2 : 0;
+    }
+    if (!InsideEdge(p, q, at)) return 0;
+    if (sameRing) return 1;
+    return Turn(p, q, next) == 0 || Turn(p, q, prev) == 0 ? 2 : 0;
+  };
+  // A small ring whose box meets no other ring's box can only touch itself: its vertices are
+  // tried against its own edges here; the others go into one flat list for the grid.
+  std::vector<char> alone(paths.size(), 0);
+  MarkAlone(paths, kAloneVertices, alone);
   std::size_t count = 0;
-  for (const CL::Path& path : paths) count += path.size();
-  if (count == 0) return 0;
+  for (std::size_t r = 0; r < paths.size(); ++r) {
+    const CL::Path& path = paths[r];
+    const std::size_t n = path.size();
+    if (!alone[r]) {
+      count += n;
+      continue;
+    }
+    for (std::size_t v = 0; v < n; ++v)
+      for (std::size_t e = 0; e < n; ++e) {
+        if (e == v || (e + 1) % n == v) continue;  // v's own edges
+        const int m = meet(path[e], path[(e + 1) % n], path[v], path[(v + n - 1) % n], path[(v + 1) % n], true);
+        if (m == 2) return 2;
+        if (m == 1) inserts.push_back(Insert{r, e, path[v]});
+      }
+  }
+  // The other vertices in one flat list; vertex i starts the edge to next[i].
   std::vector<CL::IntPoint> pts;
   std::vector<std::size_t> ringOf, next, prev, firstOf(paths.size());
   pts.reserve(count);
@@ -777,6 +809,7 @@ int ResolveTouches(CL::Paths& paths) {
   next.reserve(count);
   prev.reserve(count);
   for (std::size_t r = 0; r < paths.size(); ++r) {
+    if (alone[r]) continue;
     const std::size_t first = pts.size(), n = paths[r].size();
     firstOf[r] = first;
     for (std::size_t k = 0; k < n; ++k) {
@@ -786,100 +819,62 @@ int ResolveTouches(CL::Paths& paths) {
       prev.push_back(k == 0 ? first + n - 1 : first + k - 1);
     }
   }
-  // A small ring whose box meets no other ring's box can only touch itself: its vertices are
-  // tried against its own edges, and the grid holds the others.
-  std::vector<char> alone(paths.size(), 0);
-  MarkAlone(paths, kAloneVertices, alone);
-  std::size_t gridded = 0;
-  CL::cInt minX = 0, maxX = 0, minY = 0, maxY = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    if (alone[ringOf[i]]) continue;
-    const CL::IntPoint& p = pts[i];
-    if (gridded++ == 0) {
-      minX = maxX = p.X;
-      minY = maxY = p.Y;
+  if (count != 0) {
+    CL::cInt minX = pts[0].X, maxX = pts[0].X, minY = pts[0].Y, maxY = pts[0].Y;
+    for (const CL::IntPoint& p : pts) {
+      minX = std::min(minX, p.X);
+      maxX = std::max(maxX, p.X);
+      minY = std::min(minY, p.Y);
+      maxY = std::max(maxY, p.Y);
     }
-    minX = std::min(minX, p.X);
-    maxX = std::max(maxX, p.X);
-    minY = std::min(minY, p.Y);
-    maxY = std::max(maxY, p.Y);
-  }
-  // The cell of every vertex: the edge from vertex i spans the cells between those of its ends.
-  const std::size_t side =
-      std::max<std::size_t>(1, static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(gridded)))));
-  const double x0 = static_cast<double>(minX), y0 = static_cast<double>(minY);
-  const double perX = 1.0 / ((static_cast<double>(maxX) - x0) / static_cast<double>(side) + 1.0);
-  const double perY = 1.0 / ((static_cast<double>(maxY) - y0) / static_cast<double>(side) + 1.0);
-  std::vector<std::size_t> cellX, cellY, start, fill, cells, longEdges;
-  if (gridded != 0) {
-    cellX.resize(count);
-    cellY.resize(count);
+    // The cell of every vertex: the edge from vertex i spans the cells between those of its ends.
+    const std::size_t side = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(count))));
+    const double x0 = static_cast<double>(minX), y0 = static_cast<double>(minY);
+    const double perX = 1.0 / ((static_cast<double>(maxX) - x0) / static_cast<double>(side) + 1.0);
+    const double perY = 1.0 / ((static_cast<double>(maxY) - y0) / static_cast<double>(side) + 1.0);
+    std::vector<std::size_t> cellX(count), cellY(count);
     for (std::size_t i = 0; i < count; ++i) {
-      if (alone[ringOf[i]]) continue;
       cellX[i] = std::min(side - 1, static_cast<std::size_t>((static_cast<double>(pts[i].X) - x0) * perX));
       cellY[i] = std::min(side - 1, static_cast<std::size_t>((static_cast<double>(pts[i].Y) - y0) * perY));
     }
-    start.assign(side * side + 1, 0);
-  }
-  for (int pass = 0; pass < 2 && gridded != 0; ++pass) {
-    for (std::size_t i = 0; i < count; ++i) {
-      if (alone[ringOf[i]]) continue;
-      const std::size_t j = next[i];
-      const std::size_t cx0 = std::min(cellX[i], cellX[j]), cx1 = std::max(cellX[i], cellX[j]);
-      const std::size_t cy0 = std::min(cellY[i], cellY[j]), cy1 = std::max(cellY[i], cellY[j]);
-      if ((cx1 - cx0 + 1) * (cy1 - cy0 + 1) > kLongEdgeCells) {
-        if (pass == 0) longEdges.push_back(i);
-        continue;
-      }
-      for (std::size_t cy = cy0; cy <= cy1; ++cy)
-        for (std::size_t cx = cx0; cx <= cx1; ++cx) {
-          const std::size_t c = cy * side + cx;
-          if (pass == 0)
-            ++start[c + 1];
-          else
-            cells[fill[c]++] = i;
+    std::vector<std::size_t> start(side * side + 1, 0), fill, cells, longEdges;
+    for (int pass = 0; pass < 2; ++pass) {
+      for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t j = next[i];
+        const std::size_t cx0 = std::min(cellX[i], cellX[j]), cx1 = std::max(cellX[i], cellX[j]);
+        const std::size_t cy0 = std::min(cellY[i], cellY[j]), cy1 = std::max(cellY[i], cellY[j]);
+        if ((cx1 - cx0 + 1) * (cy1 - cy0 + 1) > kLongEdgeCells) {
+          if (pass == 0) longEdges.push_back(i);
+          continue;
         }
+        for (std::size_t cy = cy0; cy <= cy1; ++cy)
+          for (std::size_t cx = cx0; cx <= cx1; ++cx) {
+            const std::size_t c = cy * side + cx;
+            if (pass == 0)
+              ++start[c + 1];
+            else
+              cells[fill[c]++] = i;
+          }
+      }
+      if (pass == 0) {
+        for (std::size_t c = 0; c < side * side; ++c) start[c + 1] += start[c];
+        cells.resize(start[side * side]);
+        fill.assign(start.begin(), start.end() - 1);
+      }
     }
-    if (pass == 0) {
-      for (std::size_t c = 0; c < side * side; ++c) start[c + 1] += start[c];
-      cells.resize(start[side * side]);
-      fill.assign(start.begin(), start.end() - 1);
-    }
-  }
-
-  std::vector<Insert> inserts;
-  // For vertex v and the edge from vertex e: 2 when a new union is needed (v inside another
-  // ring's edge with an edge of its own running along it, or one of v's edges found in another
-  // place); v inside an edge of its own ring is recorded; else 0.
-  const auto check = [&](std::size_t e, std::size_t v) {
-    if (e == v || e == prev[v]) return 0;  // v's own edges
-    const CL::IntPoint& p = pts[e];
-    const CL::IntPoint& q = pts[next[e]];
-    const CL::IntPoint& at = pts[v];
-    if (at == p || at == q) {
-      const CL::IntPoint& other = at == p ? q : p;
-      return other == pts[next[v]] || other == pts[prev[v]] ? 2 : 0;
-    }
-    if (!InsideEdge(p, q, at)) return 0;
-    if (ringOf[e] == ringOf[v]) {
-      const std::size_t ring = ringOf[e];
-      inserts.push_back(Insert{ring, e - firstOf[ring], at});
-      return 0;
-    }
-    return Turn(p, q, pts[next[v]]) == 0 || Turn(p, q, pts[prev[v]]) == 0 ? 2 : 0;
-  };
-  for (std::size_t v = 0; v < count; ++v) {
-    const std::size_t r = ringOf[v];
-    if (alone[r]) {
-      for (std::size_t e = firstOf[r], end = e + paths[r].size(); e < end; ++e)
+    const auto check = [&](std::size_t e, std::size_t v) {
+      if (e == v || e == prev[v]) return 0;  // v's own edges
+      const int m = meet(pts[e], pts[next[e]], pts[v], pts[prev[v]], pts[next[v]], ringOf[e] == ringOf[v]);
+      if (m == 1) inserts.push_back(Insert{ringOf[e], e - firstOf[ringOf[e]], pts[v]});
+      return m;
+    };
+    for (std::size_t v = 0; v < count; ++v) {
+      const std::size_t c = cellY[v] * side + cellX[v];
+      for (std::size_t k = start[c]; k < start[c + 1]; ++k)
+        if (check(cells[k], v) == 2) return 2;
+      for (const std::size_t e : longEdges)
         if (check(e, v) == 2) return 2;
-      continue;
     }
-    const std::size_t c = cellY[v] * side + cellX[v];
-    for (std::size_t k = start[c]; k < start[c + 1]; ++k)
-      if (check(cells[k], v) == 2) return 2;
-    for (const std::size_t e : longEdges)
-      if (check(e, v) == 2) return 2;
   }
   if (inserts.empty()) return 0;
 
