@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -214,25 +216,33 @@ void CleanClosed(const std::vector<Pt>& ring, double eps, std::vector<Pt>& run, 
 
 bool InRange(double v) { return std::fabs(v) <= kKvGeRegionRange; }
 
-CL::cInt ToGrid(double v) { return static_cast<CL::cInt>(std::llround(v * kKvGeRegionScale)); }
+// Rounds to the grid half away from zero, as llround does, without its library call: within
+// the range the scaled value stays below 2^53, so the truncation and the remainder are exact.
+CL::cInt ToGrid(double v) {
+  const double s = v * kKvGeRegionScale;
+  const CL::cInt t = static_cast<CL::cInt>(s);
+  const double f = s - static_cast<double>(t);
+  return t + (f >= 0.5) - (f <= -0.5);
+}
 
-bool ToPath(const KvGePoint2dArray& ring, CL::Path& path) {
-  path.resize(static_cast<std::size_t>(ring.GetSize()));
-  std::size_t k = 0;
-  for (const KvGePoint2d& p : ring) {
-    if (!InRange(p.x) || !InRange(p.y)) return false;
-    path[k++] = CL::IntPoint(ToGrid(p.x), ToGrid(p.y));
+// The ring on the grid; reversed, it runs as KvGePolygon2d::Invert leaves it (the first vertex
+// first, the others backwards).
+bool ToPath(const KvGePoint2dArray& ring, CL::Path& path, bool reversed = false) {
+  const std::size_t n = static_cast<std::size_t>(ring.GetSize());
+  path.resize(n);
+  const KvGePoint2d* p = ring.GetData();
+  for (std::size_t k = 0; k < n; ++k) {
+    if (!InRange(p[k].x) || !InRange(p[k].y)) return false;
+    path[reversed && k != 0 ? n - k : k] = CL::IntPoint(ToGrid(p[k].x), ToGrid(p[k].y));
   }
   return true;
 }
 
-bool ToPaths(const KvGePolygon2dArray& set, int first, CL::Paths& paths) {
+bool ToPaths(const KvGePolygon2dArray& set, int first, CL::Paths& paths, bool reversed = false) {
   paths.clear();
-  paths.reserve(static_cast<std::size_t>(std::max(0, set.GetSize() - first)));
-  for (int i = first; i < set.GetSize(); ++i) {
-    paths.emplace_back();
-    if (!ToPath(set.GetData()[i], paths.back())) return false;
-  }
+  paths.resize(static_cast<std::size_t>(std::max(0, set.GetSize() - first)));
+  for (int i = first; i < set.GetSize(); ++i)
+    if (!ToPath(set.GetData()[i], paths[static_cast<std::size_t>(i - first)], reversed)) return false;
   return true;
 }
 
@@ -317,27 +327,48 @@ void TreeToPaths(const CL::PolyTree& tree, CL::Paths& paths) {
 // instead would swing a long neighbouring edge by up to eps and change the area by up to half
 // its length times eps; the collapse moves the ring only inside the tiny corner. True when
 // anything changed.
-bool CollapseShortEdges(std::vector<Pt>& ring, double eps) {
+// Each pass walks the ring once, collapsing an edge and going on after it, and writes the ring
+// as it then stands to out: the vertices passed, then those still ahead (an edge that closes
+// the ring collapses into its last vertex, and the first goes). out is scratch.
+bool CollapseShortEdges(std::vector<Pt>& ring, double eps, std::vector<Pt>& out) {
   bool any = false;
+  const double epsSqr = eps * eps;
   for (bool changed = true; changed && ring.size() >= 3;) {
     changed = false;
-    for (std::size_t i = 0; i < ring.size() && ring.size() >= 3; ++i) {
-      const std::size_t n = ring.size(), j = (i + 1) % n;
-      if (DistSqr(ring[i], ring[j]) > eps * eps) continue;
-      const Pt& prev = ring[(i + n - 1) % n];
-      const Pt& next = ring[(j + 1) % n];
-      const Pt d1{ring[i].x - prev.x, ring[i].y - prev.y}, d2{next.x - ring[j].x, next.y - ring[j].y};
-      const double den = d1.x * d2.y - d1.y * d2.x;
-      Pt v{(ring[i].x + ring[j].x) / 2, (ring[i].y + ring[j].y) / 2};
-      if (den != 0.0) {
-        const double t = ((ring[j].x - prev.x) * d2.y - (ring[j].y - prev.y) * d2.x) / den;
-        const Pt meet{prev.x + t * d1.x, prev.y + t * d1.y};
-        if (DistSqr(meet, ring[i]) <= 4 * eps * eps && DistSqr(meet, ring[j]) <= 4 * eps * eps) v = meet;
+    out.clear();
+    out.reserve(ring.size());
+    const std::size_t n = ring.size();
+    std::size_t r = 0;
+    while (r < n && out.size() + (n - r) >= 3) {
+      const Pt cur = ring[r];
+      const bool closing = r + 1 == n;  // the edge back to the first vertex
+      const Pt nx = closing ? out[0] : ring[r + 1];
+      if (DistSqr(cur, nx) > epsSqr) {
+        out.push_back(cur);
+        ++r;
+        continue;
       }
-      ring[i] = Pt{std::nearbyint(v.x), std::nearbyint(v.y)};
-      ring.erase(ring.begin() + static_cast<std::ptrdiff_t>(j));
+      const Pt prev = out.empty() ? ring[n - 1] : out.back();
+      const Pt next = closing ? out[1] : r + 2 < n ? ring[r + 2] : out[0];
+      const Pt d1{cur.x - prev.x, cur.y - prev.y}, d2{next.x - nx.x, next.y - nx.y};
+      const double den = d1.x * d2.y - d1.y * d2.x;
+      Pt v{(cur.x + nx.x) / 2, (cur.y + nx.y) / 2};
+      if (den != 0.0) {
+        const double t = ((nx.x - prev.x) * d2.y - (nx.y - prev.y) * d2.x) / den;
+        const Pt meet{prev.x + t * d1.x, prev.y + t * d1.y};
+        if (DistSqr(meet, cur) <= 4 * epsSqr && DistSqr(meet, nx) <= 4 * epsSqr) v = meet;
+      }
+      out.push_back(Pt{std::nearbyint(v.x), std::nearbyint(v.y)});
+      if (closing) {
+        out.erase(out.begin());
+        ++r;
+      } else {
+        r += 2;
+      }
       changed = any = true;
     }
+    out.insert(out.end(), ring.begin() + static_cast<std::ptrdiff_t>(r), ring.end());  // below 3, left as is
+    ring.swap(out);
   }
   return any;
 }
@@ -349,13 +380,115 @@ struct Seg {
 bool LessPt(const Pt& p, const Pt& q) { return p.x < q.x || (p.x == q.x && p.y < q.y); }
 bool LessSeg(const Seg& s, const Seg& t) { return LessPt(s.a, t.a) || (!LessPt(t.a, s.a) && LessPt(s.b, t.b)); }
 
+// Whether the clean-up leaves the ring as it is: no edge within kGridTol, and every vertex
+// farther than kGridTol from the line through its neighbours, which stand farther apart than
+// that. Then no run of vertices is removable either (each removal test first meets a single
+// vertex off its neighbours' line), so CollapseShortEdges and CleanClosed would change nothing.
+bool Settled(const CL::Path& path) {
+  const std::size_t n = path.size();
+  if (n < 3) return false;
+  constexpr double tolSqr = kGridTol * kGridTol;
+  for (std::size_t i = 0; i < n; ++i) {
+    const CL::IntPoint& a = path[i == 0 ? n - 1 : i - 1];
+    const CL::IntPoint& b = path[i];
+    const CL::IntPoint& c = path[i + 1 == n ? 0 : i + 1];
+    const Pt ab{static_cast<double>(b.X - a.X), static_cast<double>(b.Y - a.Y)};
+    const Pt ac{static_cast<double>(c.X - a.X), static_cast<double>(c.Y - a.Y)};
+    const double acSqr = ac.x * ac.x + ac.y * ac.y, cross = ab.x * ac.y - ab.y * ac.x;
+    if (ab.x * ab.x + ab.y * ab.y <= tolSqr || acSqr <= tolSqr || cross * cross <= tolSqr * acSqr) return false;
+  }
+  return true;
+}
+
+// Twice the signed area of the ring, taken relative to o so that far coordinates keep their
+// precision.
+double Area2About(const CL::Path& path, const CL::IntPoint& o) {
+  double a = 0.0;
+  for (std::size_t k = 0, n = path.size(); k < n; ++k) {
+    const CL::IntPoint& p = path[k];
+    const CL::IntPoint& q = path[k + 1 == n ? 0 : k + 1];
+    a += static_cast<double>(p.X - o.X) * static_cast<double>(q.Y - o.Y) -
+         static_cast<double>(q.X - o.X) * static_cast<double>(p.Y - o.Y);
+  }
+  return a;
+}
+
+// Whether vertex k of the ring keeps the local rules: both its edges longer than kGridTol, its
+// neighbours farther apart than that, and itself farther than that from their line.
+bool LocallyClean(const CL::Path& path, std::size_t k) {
+  const std::size_t n = path.size();
+  const CL::IntPoint& a = path[(k + n - 1) % n];
+  const CL::IntPoint& b = path[k % n];
+  const CL::IntPoint& c = path[(k + 1) % n];
+  const Pt ab{static_cast<double>(b.X - a.X), static_cast<double>(b.Y - a.Y)};
+  const Pt ac{static_cast<double>(c.X - a.X), static_cast<double>(c.Y - a.Y)};
+  const Pt bc{ac.x - ab.x, ac.y - ab.y};
+  constexpr double tolSqr = kGridTol * kGridTol;
+  const double acSqr = ac.x * ac.x + ac.y * ac.y, cross = ab.x * ac.y - ab.y * ac.x;
+  return ab.x * ab.x + ab.y * ab.y > tolSqr && bc.x * bc.x + bc.y * bc.y > tolSqr && acSqr > tolSqr &&
+         cross * cross > tolSqr * acSqr;
+}
+
+// The clean-up moves edges by up to 0.001 and so the area of a ring by up to half an edge's
+// length times that; were that left, each result of a region operation would carry its own
+// error, and the areas of union, intersection and difference would no longer add up (a vertex
+// 0.0009 off a 28 units long chord in one result alone moves 0.0127). So the area is given
+// back: the corners with the longest chords between their neighbours move across those chords,
+// each by at most 0.001 (so that the ring stays within the tolerance of the exact boundary) and
+// only where the move keeps the local rules at the corner and its neighbours. One corner
+// usually suffices; a ring thinned a lot (a finely digitised arc) may keep a remainder.
+constexpr double kMaxAreaMove = kGridTol;
+constexpr int kAreaMoveCorners = 8;
+
+void RestoreArea(CL::Path& path, double missing2) {
+  const std::size_t n = path.size();
+  if (n < 3) return;
+  const auto chordSqr = [&](std::size_t k) {
+    const CL::IntPoint& a = path[(k + n - 1) % n];
+    const CL::IntPoint& c = path[(k + 1) % n];
+    const double dx = static_cast<double>(c.X - a.X), dy = static_cast<double>(c.Y - a.Y);
+    return dx * dx + dy * dy;
+  };
+  // The corners with the longest chords, longest first, in one pass.
+  std::pair<double, std::size_t> best[kAreaMoveCorners];
+  std::size_t found = 0;
+  for (std::size_t k = 0; k < n; ++k) {
+    const double c = chordSqr(k);
+    if (found == kAreaMoveCorners && c <= best[found - 1].first) continue;
+    std::size_t at = found < kAreaMoveCorners ? found++ : found - 1;
+    for (; at > 0 && best[at - 1].first < c; --at) best[at] = best[at - 1];
+    best[at] = {c, k};
+  }
+  for (std::size_t t = 0; t < found; ++t) {
+    const std::size_t k = best[t].second;
+    // Moving the corner by f (dy, -dx) changes twice the area by f |chord|^2.
+    const CL::IntPoint& a = path[(k + n - 1) % n];
+    const CL::IntPoint& c = path[(k + 1) % n];
+    const double dx = static_cast<double>(c.X - a.X), dy = static_cast<double>(c.Y - a.Y);
+    const double lenSqr = dx * dx + dy * dy;
+    if (lenSqr == 0.0) return;
+    const double cap = kMaxAreaMove / std::sqrt(lenSqr);
+    const double f = std::max(-cap, std::min(cap, missing2 / lenSqr));
+    const CL::IntPoint old = path[k];
+    const CL::IntPoint moved(old.X + static_cast<CL::cInt>(std::nearbyint(f * dy)),
+                             old.Y + static_cast<CL::cInt>(std::nearbyint(-f * dx)));
+    if (moved == old) return;  // what is missing is below the grid
+    path[k] = moved;
+    if (!LocallyClean(path, k + n - 1) || !LocallyClean(path, k) || !LocallyClean(path, k + 1)) {
+      path[k] = old;
+      continue;
+    }
+    missing2 -= static_cast<double>(moved.X - old.X) * dy - static_cast<double>(moved.Y - old.Y) * dx;
+  }
+}
+
 // Collapses short edges, removes near-collinear vertices and spikes (within 0.001) and drops
 // rings below the smallest area; true when anything changed. The edges that a changed ring did
 // not have before go to fresh.
 bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
   bool changed = false;
   fresh.clear();
-  std::vector<Pt> ring, run;
+  std::vector<Pt> ring, run, scratch;
   std::vector<int> keep;
   std::vector<char> spike;
   std::vector<Cone> cones;
@@ -363,10 +496,19 @@ bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
   std::size_t out = 0;
   for (std::size_t i = 0; i < paths.size(); ++i) {
     CL::Path& path = paths[i];
+    if (Settled(path)) {
+      if (std::fabs(CL::Area(path)) < kGridMinArea) {
+        changed = true;
+        continue;
+      }
+      if (out != i) paths[out].swap(path);
+      ++out;
+      continue;
+    }
     ring.resize(path.size());
     for (std::size_t k = 0; k < path.size(); ++k)
       ring[k] = Pt{static_cast<double>(path[k].X), static_cast<double>(path[k].Y)};
-    const bool collapsed = CollapseShortEdges(ring, kGridTol);
+    const bool collapsed = CollapseShortEdges(ring, kGridTol, scratch);
     CleanClosed(ring, kGridTol, run, keep, spike, cones);
     if (collapsed || keep.size() != path.size()) {
       changed = true;
@@ -378,17 +520,23 @@ bool CleanPaths(CL::Paths& paths, std::vector<Seg>& fresh) {
                              Pt{static_cast<double>(q.X), static_cast<double>(q.Y)}});
       }
       std::sort(before.begin(), before.end(), LessSeg);
+      const CL::IntPoint origin = path[0];
+      const double area2 = Area2About(path, origin);
       path.resize(keep.size());
       for (std::size_t k = 0; k < keep.size(); ++k) {
         const Pt& p = ring[static_cast<std::size_t>(keep[k])];
         path[k] = CL::IntPoint(static_cast<CL::cInt>(p.x), static_cast<CL::cInt>(p.y));
       }
-      if (path.size() >= 3)
-        for (std::size_t k = 0; k < keep.size(); ++k) {
-          const Seg e{ring[static_cast<std::size_t>(keep[k])],
-                      ring[static_cast<std::size_t>(keep[(k + 1) % keep.size()])]};
+      if (path.size() >= 3) {
+        RestoreArea(path, area2 - Area2About(path, origin));
+        for (std::size_t k = 0; k < path.size(); ++k) {
+          const CL::IntPoint& p = path[k];
+          const CL::IntPoint& q = path[(k + 1) % path.size()];
+          const Seg e{Pt{static_cast<double>(p.X), static_cast<double>(p.Y)},
+                      Pt{static_cast<double>(q.X), static_cast<double>(q.Y)}};
           if (!std::binary_search(before.begin(), before.end(), e, LessSeg)) fresh.push_back(e);
         }
+      }
     }
     if (path.size() < 3 || std::fabs(CL::Area(path)) < kGridMinArea) {
       changed = true;
@@ -570,6 +718,40 @@ bool InsideEdge(const CL::IntPoint& p, const CL::IntPoint& q, const CL::IntPoint
   return Turn(p, q, v) == 0;
 }
 
+// Marks the rings of at most small vertices whose box meets no other ring's box (boxes that
+// touch meet). The boxes are swept in the order of their left sides; when the pairs to compare
+// grow beyond a few per ring (a column of rings sharing one x range), no ring is marked.
+constexpr std::size_t kAloneVertices = 32;
+constexpr std::size_t kAlonePairsPerRing = 16;
+
+void MarkAlone(const CL::Paths& paths, std::size_t small, std::vector<char>& alone) {
+  std::vector<GridBox> box(paths.size());
+  std::vector<std::size_t> order;
+  order.reserve(paths.size());
+  for (std::size_t r = 0; r < paths.size(); ++r)
+    if (!paths[r].empty()) {
+      box[r] = BoxOf(paths[r]);
+      order.push_back(r);
+    }
+  std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return box[a].x0 < box[b].x0; });
+  std::vector<char> meets(paths.size(), 0);
+  std::vector<std::size_t> active;
+  std::size_t budget = kAlonePairsPerRing * paths.size();
+  for (const std::size_t r : order) {
+    const GridBox& b = box[r];
+    std::size_t kept = 0;
+    for (const std::size_t a : active) {
+      if (box[a].x1 < b.x0) continue;  // left behind for good
+      active[kept++] = a;
+      if (budget-- == 0) return;
+      if (box[a].y0 <= b.y1 && b.y0 <= box[a].y1) meets[a] = meets[r] = 1;
+    }
+    active.resize(kept);
+    active.push_back(r);
+  }
+  for (std::size_t r = 0; r < paths.size(); ++r) alone[r] = !meets[r] && paths[r].size() <= small;
+}
+
 // Where the clipping library lets rings meet along an edge: a vertex inside an edge of its own
 // ring (the ring touches itself there; it is split at that vertex, as at a vertex it passes
 // twice), and a vertex inside an edge of another ring with one of its edges running along it,
@@ -580,98 +762,120 @@ bool InsideEdge(const CL::IntPoint& p, const CL::IntPoint& q, const CL::IntPoint
 constexpr std::size_t kLongEdgeCells = 64;
 
 int ResolveTouches(CL::Paths& paths) {
-  struct Edge {
-    std::size_t ring, index;
-  };
   struct Insert {
     std::size_t ring, index;
     CL::IntPoint p;
   };
-  const auto at = [&](std::size_t ring, std::size_t k) -> const CL::IntPoint& {
-    return paths[ring][k % paths[ring].size()];
-  };
-  std::vector<Edge> edges;
-  double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
-  for (std::size_t r = 0; r < paths.size(); ++r)
-    for (std::size_t k = 0; k < paths[r].size(); ++k) {
-      const CL::IntPoint& p = paths[r][k];
-      const double px = static_cast<double>(p.X), py = static_cast<double>(p.Y);
-      if (edges.empty()) {
-        x0 = x1 = px;
-        y0 = y1 = py;
-      }
-      x0 = std::min(x0, px);
-      x1 = std::max(x1, px);
-      y0 = std::min(y0, py);
-      y1 = std::max(y1, py);
-      edges.push_back(Edge{r, k});
+  std::vector<Insert> inserts;
+  // Vertex at, between prev and next, against the edge from p to q (not one of its own): 2 when
+  // a new union is needed (at inside another ring's edge with an edge of its own running along
+  // it, or one of its edges found in another place), 1 when at lies inside an edge of its own
+  // ring, else 0.
+  const auto meet = [](const CL::IntPoint& p, const CL::IntPoint& q, const CL::IntPoint& at, const CL::IntPoint& prev,
+                       const CL::IntPoint& next, bool sameRing) {
+    if (at == p || at == q) {
+      const CL::IntPoint& other = at == p ? q : p;
+      return other == next || other == prev ? 2 : 0;
     }
-  if (edges.empty()) return 0;
-  const std::size_t side = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(edges.size()))));
-  const double cw = (x1 - x0) / static_cast<double>(side) + 1.0, ch = (y1 - y0) / static_cast<double>(side) + 1.0;
-  const auto cellX = [&](CL::cInt x) {
-    return std::min(side - 1, static_cast<std::size_t>((static_cast<double>(x) - x0) / cw));
+    if (!InsideEdge(p, q, at)) return 0;
+    if (sameRing) return 1;
+    return Turn(p, q, next) == 0 || Turn(p, q, prev) == 0 ? 2 : 0;
   };
-  const auto cellY = [&](CL::cInt y) {
-    return std::min(side - 1, static_cast<std::size_t>((static_cast<double>(y) - y0) / ch));
-  };
-  std::vector<std::size_t> start(side * side + 1, 0), fill;
-  std::vector<Edge> cells, longEdges;
-  for (int pass = 0; pass < 2; ++pass) {
-    for (const Edge& e : edges) {
-      const CL::IntPoint& p = at(e.ring, e.index);
-      const CL::IntPoint& q = at(e.ring, e.index + 1);
-      const std::size_t cx0 = cellX(std::min(p.X, q.X)), cx1 = cellX(std::max(p.X, q.X));
-      const std::size_t cy0 = cellY(std::min(p.Y, q.Y)), cy1 = cellY(std::max(p.Y, q.Y));
-      if ((cx1 - cx0 + 1) * (cy1 - cy0 + 1) > kLongEdgeCells) {
-        if (pass == 0) longEdges.push_back(e);
-        continue;
-      }
-      for (std::size_t cy = cy0; cy <= cy1; ++cy)
-        for (std::size_t cx = cx0; cx <= cx1; ++cx) {
-          const std::size_t c = cy * side + cx;
-          if (pass == 0)
-            ++start[c + 1];
-          else
-            cells[fill[c]++] = e;
-        }
+  // A small ring whose box meets no other ring's box can only touch itself: its vertices are
+  // tried against its own edges here; the others go into one flat list for the grid.
+  std::vector<char> alone(paths.size(), 0);
+  MarkAlone(paths, kAloneVertices, alone);
+  std::size_t count = 0;
+  for (std::size_t r = 0; r < paths.size(); ++r) {
+    const CL::Path& path = paths[r];
+    const std::size_t n = path.size();
+    if (!alone[r]) {
+      count += n;
+      continue;
     }
-    if (pass == 0) {
-      for (std::size_t c = 0; c < side * side; ++c) start[c + 1] += start[c];
-      cells.resize(start[side * side]);
-      fill.assign(start.begin(), start.end() - 1);
+    for (std::size_t v = 0; v < n; ++v)
+      for (std::size_t e = 0; e < n; ++e) {
+        if (e == v || (e + 1) % n == v) continue;  // v's own edges
+        const int m = meet(path[e], path[(e + 1) % n], path[v], path[(v + n - 1) % n], path[(v + 1) % n], true);
+        if (m == 2) return 2;
+        if (m == 1) inserts.push_back(Insert{r, e, path[v]});
+      }
+  }
+  // The other vertices in one flat list; vertex i starts the edge to next[i].
+  std::vector<CL::IntPoint> pts;
+  std::vector<std::size_t> ringOf, next, prev, firstOf(paths.size());
+  pts.reserve(count);
+  ringOf.reserve(count);
+  next.reserve(count);
+  prev.reserve(count);
+  for (std::size_t r = 0; r < paths.size(); ++r) {
+    if (alone[r]) continue;
+    const std::size_t first = pts.size(), n = paths[r].size();
+    firstOf[r] = first;
+    for (std::size_t k = 0; k < n; ++k) {
+      pts.push_back(paths[r][k]);
+      ringOf.push_back(r);
+      next.push_back(k + 1 == n ? first : first + k + 1);
+      prev.push_back(k == 0 ? first + n - 1 : first + k - 1);
     }
   }
-
-  std::vector<Insert> inserts;
-  // 2 when a new union is needed: v inside another ring's edge with an edge of its own running
-  // along it, or one of v's edges found in another place; v inside an edge of its own ring is
-  // recorded; else 0.
-  const auto check = [&](const Edge& e, std::size_t ring, std::size_t index) {
-    const std::size_t n = paths[ring].size();
-    if (e.ring == ring && (e.index == index || e.index == (index + n - 1) % n)) return 0;  // v's own edges
-    const CL::IntPoint& v = paths[ring][index];
-    const CL::IntPoint& p = at(e.ring, e.index);
-    const CL::IntPoint& q = at(e.ring, e.index + 1);
-    if (v == p || v == q) {
-      const CL::IntPoint& other = v == p ? q : p;
-      return other == at(ring, index + 1) || other == at(ring, index + n - 1) ? 2 : 0;
+  if (count != 0) {
+    CL::cInt minX = pts[0].X, maxX = pts[0].X, minY = pts[0].Y, maxY = pts[0].Y;
+    for (const CL::IntPoint& p : pts) {
+      minX = std::min(minX, p.X);
+      maxX = std::max(maxX, p.X);
+      minY = std::min(minY, p.Y);
+      maxY = std::max(maxY, p.Y);
     }
-    if (!InsideEdge(p, q, v)) return 0;
-    if (e.ring == ring) {
-      inserts.push_back(Insert{e.ring, e.index, v});
-      return 0;
+    // The cell of every vertex: the edge from vertex i spans the cells between those of its ends.
+    const std::size_t side = static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(count))));
+    const double x0 = static_cast<double>(minX), y0 = static_cast<double>(minY);
+    const double perX = 1.0 / ((static_cast<double>(maxX) - x0) / static_cast<double>(side) + 1.0);
+    const double perY = 1.0 / ((static_cast<double>(maxY) - y0) / static_cast<double>(side) + 1.0);
+    std::vector<std::size_t> cellX(count), cellY(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      cellX[i] = std::min(side - 1, static_cast<std::size_t>((static_cast<double>(pts[i].X) - x0) * perX));
+      cellY[i] = std::min(side - 1, static_cast<std::size_t>((static_cast<double>(pts[i].Y) - y0) * perY));
     }
-    return Turn(p, q, at(ring, index + 1)) == 0 || Turn(p, q, at(ring, index + n - 1)) == 0 ? 2 : 0;
-  };
-  for (std::size_t r = 0; r < paths.size(); ++r)
-    for (std::size_t k = 0; k < paths[r].size(); ++k) {
-      const std::size_t c = cellY(paths[r][k].Y) * side + cellX(paths[r][k].X);
-      for (std::size_t i = start[c]; i < start[c + 1]; ++i)
-        if (check(cells[i], r, k) == 2) return 2;
-      for (const Edge& e : longEdges)
-        if (check(e, r, k) == 2) return 2;
+    std::vector<std::size_t> start(side * side + 1, 0), fill, cells, longEdges;
+    for (int pass = 0; pass < 2; ++pass) {
+      for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t j = next[i];
+        const std::size_t cx0 = std::min(cellX[i], cellX[j]), cx1 = std::max(cellX[i], cellX[j]);
+        const std::size_t cy0 = std::min(cellY[i], cellY[j]), cy1 = std::max(cellY[i], cellY[j]);
+        if ((cx1 - cx0 + 1) * (cy1 - cy0 + 1) > kLongEdgeCells) {
+          if (pass == 0) longEdges.push_back(i);
+          continue;
+        }
+        for (std::size_t cy = cy0; cy <= cy1; ++cy)
+          for (std::size_t cx = cx0; cx <= cx1; ++cx) {
+            const std::size_t c = cy * side + cx;
+            if (pass == 0)
+              ++start[c + 1];
+            else
+              cells[fill[c]++] = i;
+          }
+      }
+      if (pass == 0) {
+        for (std::size_t c = 0; c < side * side; ++c) start[c + 1] += start[c];
+        cells.resize(start[side * side]);
+        fill.assign(start.begin(), start.end() - 1);
+      }
     }
+    const auto check = [&](std::size_t e, std::size_t v) {
+      if (e == v || e == prev[v]) return 0;  // v's own edges
+      const int m = meet(pts[e], pts[next[e]], pts[v], pts[prev[v]], pts[next[v]], ringOf[e] == ringOf[v]);
+      if (m == 1) inserts.push_back(Insert{ringOf[e], e - firstOf[ringOf[e]], pts[v]});
+      return m;
+    };
+    for (std::size_t v = 0; v < count; ++v) {
+      const std::size_t c = cellY[v] * side + cellX[v];
+      for (std::size_t k = start[c]; k < start[c + 1]; ++k)
+        if (check(cells[k], v) == 2) return 2;
+      for (const std::size_t e : longEdges)
+        if (check(e, v) == 2) return 2;
+    }
+  }
   if (inserts.empty()) return 0;
 
   // Each ring with vertices of its own inside its edges gets them as vertices, in order along
@@ -679,7 +883,7 @@ int ResolveTouches(CL::Paths& paths) {
   std::sort(inserts.begin(), inserts.end(), [&](const Insert& a, const Insert& b) {
     if (a.ring != b.ring) return a.ring < b.ring;
     if (a.index != b.index) return a.index < b.index;
-    const CL::IntPoint& p = at(a.ring, a.index);
+    const CL::IntPoint& p = paths[a.ring][a.index];
     const double da = std::fabs(static_cast<double>(a.p.X - p.X)) + std::fabs(static_cast<double>(a.p.Y - p.Y));
     const double db = std::fabs(static_cast<double>(b.p.X - p.X)) + std::fabs(static_cast<double>(b.p.Y - p.Y));
     return da < db;
@@ -687,17 +891,17 @@ int ResolveTouches(CL::Paths& paths) {
   CL::Paths out;
   out.reserve(paths.size() + inserts.size());
   CL::Path ring, scratch;
-  std::size_t next = 0;
+  std::size_t done = 0;
   for (std::size_t r = 0; r < paths.size(); ++r) {
-    if (next == inserts.size() || inserts[next].ring != r) {
+    if (done == inserts.size() || inserts[done].ring != r) {
       out.push_back(std::move(paths[r]));
       continue;
     }
     ring.clear();
     for (std::size_t k = 0; k < paths[r].size(); ++k) {
       ring.push_back(paths[r][k]);
-      for (; next < inserts.size() && inserts[next].ring == r && inserts[next].index == k; ++next)
-        ring.push_back(inserts[next].p);
+      for (; done < inserts.size() && inserts[done].ring == r && inserts[done].index == k; ++done)
+        ring.push_back(inserts[done].p);
     }
     AppendSplit(std::move(ring), out, scratch);
   }
@@ -764,10 +968,107 @@ bool StartsWithFrame(const KvGePolygon2dArray& set) {
   return true;
 }
 
-// The region of a set as normalised integer rings, for the offsets.
-bool RegionPaths(const KvGePolygon2dArray& set, CL::Paths& region) {
-  CL::Paths raw;
-  if (!ToPaths(set, 0, raw)) return false;
+// Whether v, on the line through p and q, lies on the segment between them (ends included).
+bool OnSegment(const CL::IntPoint& p, const CL::IntPoint& q, const CL::IntPoint& v) {
+  return std::min(p.X, q.X) <= v.X && v.X <= std::max(p.X, q.X) && std::min(p.Y, q.Y) <= v.Y &&
+         v.Y <= std::max(p.Y, q.Y);
+}
+
+// Whether the segments from a to b and from c to d have a point in common, exactly.
+bool SegmentsMeet(const CL::IntPoint& a, const CL::IntPoint& b, const CL::IntPoint& c, const CL::IntPoint& d) {
+  const int d1 = Turn(a, b, c), d2 = Turn(a, b, d), d3 = Turn(c, d, a), d4 = Turn(c, d, b);
+  if (d1 * d2 < 0 && d3 * d4 < 0) return true;
+  return (d1 == 0 && OnSegment(a, b, c)) || (d2 == 0 && OnSegment(a, b, d)) || (d3 == 0 && OnSegment(c, d, a)) ||
+         (d4 == 0 && OnSegment(c, d, b));
+}
+
+// Whether the ring is simple: no vertex passed twice and no two edges meet but neighbours at
+// their common vertex, whose edges must not run along each other (as Settled ensures). A sweep
+// from left to right keeps the edges across the sweep line in their order along it; the first
+// place where two edges meet lies between two that were neighbours in that order before it, so
+// only neighbours are tried (Shamos and Hoey), in O(n log n). Where the order itself is in
+// doubt (an end point on another edge's line) the answer is no, which only costs the caller a
+// union.
+bool SimpleRing(const CL::Path& path) {
+  const std::size_t n = path.size();
+  if (n < 3) return false;
+  struct Edge {
+    CL::IntPoint l, r;  // the ends, l before r from left to right (then upwards)
+  };
+  struct Event {
+    CL::IntPoint p;
+    std::size_t edge;
+    bool start;
+  };
+  std::vector<Edge> edges(n);
+  std::vector<Event> events;
+  events.reserve(2 * n);
+  for (std::size_t k = 0; k < n; ++k) {
+    CL::IntPoint a = path[k], b = path[k + 1 == n ? 0 : k + 1];
+    if (a == b) return false;
+    if (Less(b, a)) std::swap(a, b);
+    edges[k] = Edge{a, b};
+    events.push_back(Event{a, k, true});
+    events.push_back(Event{b, k, false});
+  }
+  // At one point, edges leave the sweep before others enter it.
+  std::sort(events.begin(), events.end(),
+            [](const Event& e, const Event& f) { return Less(e.p, f.p) || (e.p == f.p && !e.start && f.start); });
+  for (std::size_t i = 2; i < events.size(); ++i)
+    if (events[i].p == events[i - 2].p) return false;  // a vertex passed twice
+
+  bool doubt = false;
+  // Whether edge a lies below edge b where both cross the sweep line: the end that enters
+  // later is placed against the other edge's line.
+  const auto below = [&](std::size_t a, std::size_t b) {
+    if (a == b) return false;
+    const Edge& s = edges[a];
+    const Edge& t = edges[b];
+    const bool sLater = !Less(s.l, t.l);
+    const Edge& early = sLater ? t : s;
+    const Edge& late = sLater ? s : t;
+    int turn = Turn(early.l, early.r, late.l);
+    if (turn == 0 && early.l == late.l) turn = Turn(early.l, early.r, late.r);
+    if (turn == 0) {
+      doubt = true;
+      return a < b;
+    }
+    return sLater ? turn < 0 : turn > 0;
+  };
+  const auto neighbours = [&](std::size_t a, std::size_t b) { return (a + 1) % n == b || (b + 1) % n == a; };
+  const auto meet = [&](std::size_t a, std::size_t b) {
+    return !neighbours(a, b) && SegmentsMeet(edges[a].l, edges[a].r, edges[b].l, edges[b].r);
+  };
+  std::set<std::size_t, decltype(below)> sweep(below);
+  std::vector<std::set<std::size_t, decltype(below)>::iterator> at(n);
+  for (const Event& e : events) {
+    if (e.start) {
+      const auto it = sweep.insert(e.edge).first;
+      if (doubt) return false;
+      at[e.edge] = it;
+      if (it != sweep.begin() && meet(*std::prev(it), e.edge)) return false;
+      if (std::next(it) != sweep.end() && meet(e.edge, *std::next(it))) return false;
+    } else {
+      const auto it = at[e.edge];
+      if (it != sweep.begin() && std::next(it) != sweep.end() && meet(*std::prev(it), *std::next(it))) return false;
+      sweep.erase(it);
+    }
+  }
+  return true;
+}
+
+// Below this many vertices the union costs less than the test for simplicity saves.
+constexpr std::size_t kSimpleRingTest = 16;
+
+// The region of rings on the grid as normalised rings, for the offsets; raw is scratch. A single simple ring,
+// counter-clockwise, that the clean-up leaves as it is is its own region: the union would give
+// it back unchanged (up to where it starts), so it is not asked for.
+bool RegionPaths(CL::Paths& raw, CL::Paths& region) {
+  if (raw.size() == 1 && raw[0].size() >= kSimpleRingTest && Settled(raw[0]) &&
+      Area2About(raw[0], raw[0][0]) >= 2 * kGridMinArea && SimpleRing(raw[0])) {
+    region.swap(raw);
+    return true;
+  }
   return Clip(raw, nullptr, CL::ctUnion, CL::pftPositive, region);
 }
 
@@ -838,20 +1139,31 @@ int Guarded(F&& f) {
 
 // ---- polygon set -------------------------------------------------------------------------
 
-int KvGePolygon2dArray::VereinigeOderDurchschnitt(const KvGePolygon2dArray& other, int mode) {
+namespace {
+
+// The region operation of set with the rings of other from index first on, those read reversed
+// when asked; the set takes the normalised result, or stays unchanged on failure.
+int Combine(KvGePolygon2dArray& set, const KvGePolygon2dArray& other, int first, bool reversed, CL::ClipType type,
+            CL::PolyFillType clipFill) {
   return Guarded([&] {
-    if (mode != 1 && mode != 2) return 0;
-    // A complement made by Negate is read without its frame: intersecting with it is the
-    // difference from the reversed rings, which keeps the frame's huge coordinates out of the
-    // integer arithmetic.
-    const bool complement = mode == 2 && StartsWithFrame(other);
     CL::Paths a, b, result;
-    if (!ToPaths(*this, 0, a) || !ToPaths(other, complement ? 1 : 0, b)) return 0;
-    const CL::ClipType type = mode == 1 ? CL::ctUnion : complement ? CL::ctDifference : CL::ctIntersection;
-    if (!Clip(a, &b, type, complement ? CL::pftNegative : CL::pftPositive, result)) return 0;
-    ToSet(result, *this);
+    if (!ToPaths(set, 0, a) || !ToPaths(other, first, b, reversed)) return 0;
+    if (!Clip(a, &b, type, clipFill, result)) return 0;
+    ToSet(result, set);
     return 1;
   });
+}
+
+}  // namespace
+
+int KvGePolygon2dArray::VereinigeOderDurchschnitt(const KvGePolygon2dArray& other, int mode) {
+  if (mode == 1) return Combine(*this, other, 0, false, CL::ctUnion, CL::pftPositive);
+  if (mode != 2) return 0;
+  // A complement made by Negate is read without its frame: intersecting with it is the
+  // difference from the reversed rings, which keeps the frame's huge coordinates out of the
+  // integer arithmetic.
+  if (StartsWithFrame(other)) return Combine(*this, other, 1, false, CL::ctDifference, CL::pftNegative);
+  return Combine(*this, other, 0, false, CL::ctIntersection, CL::pftPositive);
 }
 
 KvGePolygon2dArray& KvGePolygon2dArray::Negate() {
@@ -881,15 +1193,17 @@ KvGePolygon2dArray& KvGePolygon2dArray::operator&=(const KvGePolygon2dArray& oth
   return *this;
 }
 
+// The intersection with the complement -other, without making it: the complement has no rings
+// exactly when other has none (which empties this set, deliberately), and otherwise
+// VereinigeOderDurchschnitt reads it as its frame and then the rings of other as Negate
+// reverses them; those are read here from other directly, in the same order, so the clipping
+// library gets the same input and the result is the same ring for ring.
 KvGePolygon2dArray& KvGePolygon2dArray::operator-=(const KvGePolygon2dArray& other) {
-  Guarded([&] {
-    const KvGePolygon2dArray complement = -other;
-    if (complement.GetSize() == 0) {
-      SetSize(0);
-      return 1;
-    }
-    return GetSize() != 0 ? VereinigeOderDurchschnitt(complement, 2) : 1;
-  });
+  if (other.GetSize() == 0) {
+    SetSize(0);
+    return *this;
+  }
+  if (GetSize() != 0) Combine(*this, other, 0, true, CL::ctDifference, CL::pftNegative);
   return *this;
 }
 
@@ -951,15 +1265,30 @@ KvGeBox2d KvGePolygon2dArray::BoundingBox(const KvGeModMat2d& m) const {
 
 // ---- offsets -----------------------------------------------------------------------------
 
+namespace {
+
+// The offset of the region of the rings raw into result, which keeps its further value.
+int OffsetRegion(CL::Paths& raw, double distance, KvGePolygon2dArray& result, KvGeJoin2d join, double miterLimit,
+                 double eps) {
+  CL::Paths region, grown;
+  if (!RegionPaths(raw, region)) return 0;
+  if (!Offset(region, distance, ToJoin(join), CL::etClosedPolygon, miterLimit, eps, grown)) return 0;
+  const std::int32_t tag = result.Tag();
+  ToSet(grown, result);
+  result.Tag() = tag;
+  return 1;
+}
+
+}  // namespace
+
 int ParallelPolygon2d(const KvGePolygon2dArray& set, double distance, KvGePolygon2dArray& result, KvGeJoin2d join,
                       double miterLimit, double eps) {
   return Guarded([&] {
     if (!ValidOffsetArgs(distance, join, join == kKvGeJoinRound, miterLimit, eps)) return 0;
-    CL::Paths region, grown;
-    if (!RegionPaths(set, region)) return 0;
-    if (!Offset(region, distance, ToJoin(join), CL::etClosedPolygon, miterLimit, eps, grown)) return 0;
-    const std::int32_t tag = set.Tag();
-    ToSet(grown, result);
+    CL::Paths raw;
+    if (!ToPaths(set, 0, raw)) return 0;
+    const std::int32_t tag = set.Tag();  // set may be result itself
+    if (!OffsetRegion(raw, distance, result, join, miterLimit, eps)) return 0;
     result.Tag() = tag;
     return 1;
   });
@@ -968,13 +1297,11 @@ int ParallelPolygon2d(const KvGePolygon2dArray& set, double distance, KvGePolygo
 int ParallelPolygon2d(const KvGePolygon2d& polygon, double distance, KvGePolygon2dArray& result, KvGeJoin2d join,
                       double miterLimit, double eps) {
   return Guarded([&] {
-    KvGePolygon2dArray set;
-    set.Add(polygon);
-    if (polygon.Area() < 0) set[0].Invert();
-    const std::int32_t tag = result.Tag();
-    if (!ParallelPolygon2d(set, distance, result, join, miterLimit, eps)) return 0;
-    result.Tag() = tag;
-    return 1;
+    if (!ValidOffsetArgs(distance, join, join == kKvGeJoinRound, miterLimit, eps)) return 0;
+    // A clockwise polygon is read counter-clockwise, as KvGePolygon2d::Invert would turn it.
+    CL::Paths raw(1);
+    if (!ToPath(polygon, raw[0], polygon.Area() < 0)) return 0;
+    return OffsetRegion(raw, distance, result, join, miterLimit, eps);
   });
 }
 

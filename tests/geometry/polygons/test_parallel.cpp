@@ -45,6 +45,39 @@ TEST(ParallelPolygon, JoinsGrowAndShrink) {
   }
 }
 
+TEST(ParallelPolygon, SingleRingGrowsAsItsRegion) {
+  // n points counter-clockwise on the circle about the origin through (10, -10), from angle
+  // from to angle to, both ends included.
+  const auto arc = [](KvGePolygon2d& ring, int n, double from, double to) {
+    for (int k = 0; k < n; ++k) {
+      const double a = (from + (to - from) * k / (n - 1)) * kPi / 180;
+      ring.Add(P(std::sqrt(200.0) * std::cos(a), std::sqrt(200.0) * std::sin(a)));
+    }
+  };
+  KvGePolygon2d circle, crossing, onEdge = Ring({P(-10, -10), P(10, -10)});
+  arc(circle, 24, 0, 345);
+  crossing = circle;
+  std::swap(crossing[3], crossing[9]);
+  arc(onEdge, 7, -45 + 16.875, 90 - 16.875);
+  onEdge.Add(P(0, -10));  // on the edge from (-10, -10) to (10, -10)
+  arc(onEdge, 7, 90 + 16.875, 225 - 16.875);
+  struct Row {
+    const char* name;
+    const KvGePolygon2d& ring;
+  } rows[] = {{"simple", circle}, {"crossing itself", crossing}, {"vertex on an edge", onEdge}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    // A clockwise ring far away encloses nothing but makes the set's region a union.
+    const KvGePolygon2dArray alone = Set({row.ring}), withUnion = Set({row.ring, Rect(900, 900, 901, 901).Inverted()});
+    KvGePolygon2dArray grown, expected;
+    ASSERT_EQ(ParallelPolygon2d(alone, 0.5, grown), 1);
+    ASSERT_EQ(ParallelPolygon2d(withUnion, 0.5, expected), 1);
+    ExpectNormalised(grown);
+    EXPECT_EQ(grown.GetSize(), expected.GetSize());
+    EXPECT_NEAR(grown.Area(), expected.Area(), 1e-9 * expected.Area());
+  }
+}
+
 TEST(ParallelPolygon, RoundJoinsStayWithinTheirTolerance) {
   KvGePolygon2dArray out;
   ASSERT_EQ(ParallelPolygon2d(Rect(0, 0, 10, 10), 5.0, out, kKvGeJoinRound, 2.0, 0.001), 1);
@@ -193,6 +226,14 @@ TEST(RemoveSchlaufen, OpenPolylinesLoseLoopsBetweenCrossingAndReturn) {
   }
   KvGePolyline2d one = Line({P(0, 0)});
   EXPECT_EQ(RemoveSchlaufen2d(one), 0);
+  // In an array each polyline loses its own loops; a single point stays as it is.
+  KvGePolyline2dArray lines;
+  lines.Add(rows[0].in);
+  lines.Add(one);
+  ASSERT_EQ(RemoveSchlaufen2d(lines), 1);
+  ASSERT_EQ(lines.GetSize(), 2);
+  EXPECT_TRUE(lines[0] == rows[0].out);
+  EXPECT_EQ(lines[1].GetSize(), 1);
 }
 
 TEST(StreckenzugKorrigieren, RepeatsCollinearVerticesAndSpikesAtTheBand) {
@@ -275,14 +316,4 @@ TEST(StreckenzugKorrigieren, SetsAndArraysDropWhatCollapses) {
   KvGePolygon2dArray bad = Set({Rect(0, 0, 1, 1), Ring({P(0, 0), P(1, 0), P(1, INFINITY)})});
   EXPECT_EQ(StreckenzugKorrigieren2d(bad), 0);
   EXPECT_EQ(bad.GetSize(), 2);
-}
-
-TEST(RemoveSchlaufen, PolylineArraysLoseTheirLoopsOneByOne) {
-  KvGePolyline2dArray lines;
-  lines.Add(Line({P(0, 0), P(10, 0), P(10, 5), P(5, 5), P(5, -5)}));
-  lines.Add(Line({P(1, 1)}));
-  ASSERT_EQ(RemoveSchlaufen2d(lines), 1);
-  ASSERT_EQ(lines.GetSize(), 2);
-  EXPECT_TRUE(lines[0] == Line({P(0, 0), P(5, 0), P(5, -5)}));
-  EXPECT_EQ(lines[1].GetSize(), 1);
 }
