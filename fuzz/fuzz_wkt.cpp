@@ -9,11 +9,29 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "fuzz/fuzz_input.h"
 #include "geometry/io/KvGeWkt.h"
 
 namespace {
+
+// The numbers of a written text as they are spelt, sorted.
+std::vector<std::string> SortedNumbers(const std::string& text) {
+  std::vector<std::string> numbers;
+  std::string current;
+  for (const char c : text) {
+    if ((c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E') {
+      current += c;
+    } else if (!current.empty()) {
+      numbers.push_back(current);
+      current.clear();
+    }
+  }
+  if (!current.empty()) numbers.push_back(current);
+  std::sort(numbers.begin(), numbers.end());
+  return numbers;
+}
 
 // The largest magnitude of the numbers in a written text; not a number counts as infinite.
 double LargestNumber(const std::string& text) {
@@ -53,12 +71,11 @@ void RoundTrip(const std::string& text, const T& marker) {
   const std::string rewritten = KvGeWriteWkt(again);
   if (rewritten == written || !inRange) return;
   // The one change a second round may make, by design: a hole that no shell contains is written
-  // as a polygon of its own, still clockwise, and reads back counter-clockwise. The same
-  // numbers, in another order; the text after that is final.
-  std::string a = written, b = rewritten;
-  std::sort(a.begin(), a.end());
-  std::sort(b.begin(), b.end());
-  UG_FUZZ_REQUIRE(a == b);
+  // as a polygon of its own, still clockwise, and reads back counter-clockwise; as a shell it
+  // may then take in another lone hole, one whose orientation rounding leaves unclear (a sliver
+  // of area 1e-29 that neither order makes counter-clockwise), which is then written under it.
+  // The same numbers, grouped and ordered otherwise; the text after that is final.
+  UG_FUZZ_REQUIRE(SortedNumbers(written) == SortedNumbers(rewritten));
   T third(marker);
   UG_FUZZ_REQUIRE(KvGeReadWkt(rewritten, third, &message));
   UG_FUZZ_REQUIRE(KvGeWriteWkt(third) == rewritten);
