@@ -36,6 +36,13 @@ KvGeIntrPart2d SegmentPart(const KvGeLine2d& l) {
 
 namespace {
 
+// Keeps a rarely taken path out of its caller, so that the caller stays small enough to inline.
+#if defined(_MSC_VER)
+#define KVGE_PIECES_COLD __declspec(noinline)
+#else
+#define KVGE_PIECES_COLD __attribute__((noinline, cold))
+#endif
+
 // The calculator of the line's cut, reduced to what the pieces read: each record keeps its
 // parameter and segment index along the line (the order of the full calculator's records), its
 // crossing count with respect to the edge, and its point. Records sit in the full calculator's
@@ -119,14 +126,18 @@ class LineCut {
       // the start sentinel lies at -1e9 and the end sentinel on a later segment). Sorted by
       // parameter, they are in the full calculator's order when each lies more than 0.001
       // from the next: no two of them are then equal to the tolerant comparison, so every sort
-      // by it gives this one order.
+      // by it gives this one order. A kept parameter is never a NaN (Keep lets none through),
+      // so on segment 0 the comparison is that of the parameters alone.
       for (int i = 2; i + 1 < n; ++i)
         for (int j = i; j > 1 && rec[j].param < rec[j - 1].param; --j) std::swap(rec[j], rec[j - 1]);
-      for (int i = 0; i + 1 < n; ++i)
-        if (Compare0(rec[i], rec[i + 1]) >= 0) return false;
+      for (int i = 1; i + 2 < n; ++i)
+        if (!(rec[i + 1].param - rec[i].param > kKvGeLinearTol)) return false;
       // The start sentinel stands for the crossings counted before the segment.
       rec[0].cut += m_Before;
-      Walk(l, rec, n, out, mode);
+      if (mode == 0)
+        WalkShort0(l, rec, n, out);
+      else
+        Walk(l, rec, n, out, mode);
       return true;
     }
     Rec* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
@@ -144,6 +155,33 @@ class LineCut {
   }
   static int Size(const KvGePoint2dArray& ring) { return ring.GetSize(); }
   static const KvGePoint2d* Data(const KvGePoint2dArray& ring) { return ring.GetData(); }
+
+  // Walk in mode 0 over the strictly ordered records of the short way: the start sentinel, the
+  // kept records on segment 0 (each more than 0.001 beyond the one before) and the end sentinel
+  // on a later segment. Only the last part can have ends within 0.001 of each other (a segment
+  // about 1e9 long reaching the end sentinel's parameter), and clipping is by the parameters
+  // alone: a start no more than 0.001 after the segment's start, and an end no more than 0.001
+  // before its end (the end sentinel always), give way to the segment's ends, as in Walk.
+  void WalkShort0(const KvGeLine2d& l, const Rec* rec, int n, KvBtDynArray<KvGeLine2d>& out) const {
+    const double len = m_Line.l1;
+    int written = 0;
+    int s = 0;
+    for (int i = 0; i + 1 < n; ++i) {
+      s += rec[i].cut;
+      if (s > -2) continue;
+      const Rec& p = rec[i];
+      const Rec& q = rec[i + 1];
+      if (i + 2 == n && IsEqual(q.param, p.param, kKvGeLinearTol)) continue;
+      const bool clipStart = !(p.param > kKvGeLinearTol);
+      const bool clipEnd = i + 2 == n || !(len - q.param > kKvGeLinearTol);
+      const double ta = clipStart ? 0.0 : p.param, tb = clipEnd ? len : q.param;
+      if (!(tb - ta > kKvGeLinearTol)) continue;
+      Write(clipStart ? l.P1().x : p.x, clipStart ? l.P1().y : p.y, clipStart ? l.P1().m_bInfinite : p.infinite,
+            clipEnd ? l.P2().x : q.x, clipEnd ? l.P2().y : q.y, clipEnd ? l.P2().m_bInfinite : q.infinite, out,
+            written);
+    }
+    if (written < out.GetSize()) out.RemoveAt(written, out.GetSize() - written);
+  }
 
   void Walk(const KvGeLine2d& l, const Rec* rec, int n, KvBtDynArray<KvGeLine2d>& out, int mode) const {
     const Rec segMin{0.0, 0, 0, l.P1().x, l.P1().y, l.P1().m_bInfinite};
@@ -236,26 +274,34 @@ class LineCut {
     if (Compare0(*a, segMin) <= 0) a = &segMin;
     if (Compare0(*b, segMax) >= 0) b = &segMax;
   }
-  // Writes over the pieces out holds from an earlier call before it grows, so that a reused
-  // array neither frees nor builds its lines again.
+  // The piece from a to b, unless they lie within 0.001 of each other along the line.
   static void Add(const Rec& a, const Rec& b, KvBtDynArray<KvGeLine2d>& out, int& written) {
     if (Compare0(a, b) >= 0) return;
-    if (written < out.GetSize()) {
-      KvGeLine2d& piece = out.GetData()[written];
-      piece.P1().Set(a.x, a.y, a.infinite);
-      piece.P2().Set(b.x, b.y, b.infinite);
-      piece.Segment() = 1;
-      piece.Sense() = 1;
-    } else {
-      out.Add(KvGeLine2d(KvGePoint2d(a.x, a.y, a.infinite), KvGePoint2d(b.x, b.y, b.infinite), 1, 1));
+    Write(a.x, a.y, a.infinite, b.x, b.y, b.infinite, out, written);
+  }
+  // Writes over the pieces out holds from an earlier call before it grows, so that a reused
+  // array neither frees nor builds its lines again; a new line is built in place.
+  static void Write(double ax, double ay, int ainf, double bx, double by, int binf, KvBtDynArray<KvGeLine2d>& out,
+                    int& written) {
+    if (written >= out.GetSize()) {
+      out.SetSize(written + 1);
+      if (written >= out.GetSize()) return;  // out of memory: the piece is lost, as with Add
     }
+    KvGeLine2d& piece = out.GetData()[written];
+    piece.P1().Set(ax, ay, ainf);
+    piece.P2().Set(bx, by, binf);
+    piece.Segment() = 1;
+    piece.Sense() = 1;
     ++written;
   }
   void Push(const Rec& r) {
-    if (m_Size < kInline) {
+    if (m_Size < kInline)
       m_Inline[m_Size++] = r;
-      return;
-    }
+    else
+      Spill(r);
+  }
+  // Beyond the inline storage.
+  KVGE_PIECES_COLD void Spill(const Rec& r) {
     if (m_Heap.empty()) {
       m_Heap.reserve(4 * kInline);
       m_Heap.assign(m_Inline, m_Inline + kInline);
