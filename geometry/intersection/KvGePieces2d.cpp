@@ -83,8 +83,8 @@ class LineCut {
   LineCut(const KvGeLine2d& l, bool shortWay, int mode)
       : m_Line(l.P1().x, l.P1().y, l.P2().x, l.P2().y), m_Short(shortWay), m_Mode(mode) {
     // The short way keeps the end sentinel back until its records are sorted.
-    Push(Sentinel(KvGeIntrPoint2d::kNegInfinity));
-    if (!m_Short) Push(Sentinel(KvGeIntrPoint2d::kPosInfinity));
+    PushSentinel(KvGeIntrPoint2d::kNegInfinity);
+    if (!m_Short) PushSentinel(KvGeIntrPoint2d::kPosInfinity);
   }
   LineCut(const LineCut&) = delete;
   LineCut& operator=(const LineCut&) = delete;
@@ -119,7 +119,7 @@ class LineCut {
   bool Pieces(const KvGeLine2d& l, KvBtDynArray<KvGeLine2d>& out, int mode) {
     if (m_Short) {
       if (m_Unsure) return false;
-      Push(Sentinel(KvGeIntrPoint2d::kPosInfinity));
+      PushSentinel(KvGeIntrPoint2d::kPosInfinity);
       Rec* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
       const int n = m_Size;
       // The kept records lie between the sentinels (segment 0 and parameters from -0.003, where
@@ -150,9 +150,7 @@ class LineCut {
  private:
   static constexpr int kInline = 32;
 
-  static Rec Sentinel(const KvGeIntrPoint2d& p) {
-    return Rec{p.Param0(), p.Segment0(), p.CutCode1(), p.x, p.y, p.m_bInfinite};
-  }
+  void PushSentinel(const KvGeIntrPoint2d& p) { Push(p.Param0(), p.Segment0(), p.CutCode1(), p.x, p.y, p.m_bInfinite); }
   static int Size(const KvGePoint2dArray& ring) { return ring.GetSize(); }
   static const KvGePoint2d* Data(const KvGePoint2dArray& ring) { return ring.GetData(); }
 
@@ -299,6 +297,22 @@ class LineCut {
       m_Inline[m_Size++] = r;
     else
       Spill(r);
+  }
+  // Field by field, for the sentinels: a record built from the global ones on the stack and
+  // copied whole would be read back by wide loads from narrower stores just made, which the
+  // processor cannot forward.
+  void Push(double param, std::uint32_t segment, int cut, double x, double y, int infinite) {
+    if (m_Size < kInline) {
+      Rec& r = m_Inline[m_Size++];
+      r.param = param;
+      r.segment = segment;
+      r.cut = cut;
+      r.x = x;
+      r.y = y;
+      r.infinite = infinite;
+    } else {
+      Spill(Rec{param, segment, cut, x, y, infinite});
+    }
   }
   // Beyond the inline storage.
   KVGE_PIECES_COLD void Spill(const Rec& r) {
