@@ -223,11 +223,16 @@ struct EdgeScan {
     // An edge the loop could not pass over, from the ends' plain sides (a side of 0 is
     // computed again: the vertex may lie out of range).
     const auto edge = [&](int i, const KvGePoint2d& s, const KvGePoint2d& e, double gs, double ge) {
-      const double hs = gs != 0.0 ? gs : side(s), he = ge != 0.0 ? ge : side(e);
-      const bool plain = (gs != 0.0 || near(s)) && (ge != 0.0 || near(e));
-      if (((hs > hi) & (he > hi)) | ((hs < lo) & (he < lo)))
-        if (plain || a.SkipEdge(hs, he, s.x, s.y, e.x, e.y)) return;
-      if (taken(a, hs, he, s, e, plain)) return;
+      if (gs != 0.0 && ge != 0.0) {
+        // Both ends plain, and the loop found them not beside the line on one side.
+        if (taken(a, gs, ge, s, e, true)) return;
+      } else {
+        const double hs = gs != 0.0 ? gs : side(s), he = ge != 0.0 ? ge : side(e);
+        const bool plain = (gs != 0.0 || near(s)) && (ge != 0.0 || near(e));
+        if (((hs > hi) & (he > hi)) | ((hs < lo) & (he < lo)))
+          if (plain || a.SkipEdge(hs, he, s.x, s.y, e.x, e.y)) return;
+        if (taken(a, hs, he, s, e, plain)) return;
+      }
       Crossing c;
       if (CrossLines(a, segment, s.x, s.y, e.x, e.y, 1, c)) add(c, i);
     };

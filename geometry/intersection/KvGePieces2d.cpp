@@ -253,16 +253,18 @@ class LineCut {
                       const KvGePoint2d& e) {
     using KvGeDetail::FirstLine;
     const double band = FirstLine::kSideBand * a.l1;
-    if (!(((hs > band) & (he < -band)) | ((hs < -band) & (he > band)))) return false;
+    // One end beyond the band on each side (the sides are numbers: line and ends are plain).
+    if (!((FirstLine::Min(hs, he) < -band) & (FirstLine::Max(hs, he) > band))) return false;
     const double d2x = e.x - s.x, d2y = e.y - s.y;
     const double c = a.d1x * d2y - d2x * a.d1y;
     // Surely beyond the parallel band of a sine of 1e-6, as the full calculator tests it.
     if (!(c * c > 1.000001e-12 * (a.l1 * a.l1) * (d2x * d2x + d2y * d2y))) return false;
     const double k2 = s.x * e.y - s.y * e.x;
     const double f = 1.0 / c;
+    // Finite without a test: c * c did not underflow, so |f| < 1e162, and with coordinates
+    // within the plain range the factors before it stay below 1e13.
     const double sx = (a.d1x * k2 - d2x * a.k1) * f;
     const double sy = (a.d1y * k2 - d2y * a.k1) * f;
-    if (!(std::isfinite(sx) && std::isfinite(sy))) return false;
     const double t0 = ((sx - a.p1x) * a.d1x + (sy - a.p1y) * a.d1y) / a.l1;
     Keep(Rec{t0, 0, c > 0 ? 2 : -2, sx, sy, 0});
     return true;
