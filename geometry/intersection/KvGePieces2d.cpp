@@ -62,8 +62,9 @@ namespace {
 // change sides, whatever the pivots; the records left out then come before (or after) all kept
 // ones in any order, and the part that joins them to the kept ones starts before the segment
 // (or ends after it) with the same count. Kept records must therefore lie within kNear of the
-// segment's span; one between kNear and kFar, or two kept records within 0.001, sends the line
-// the long way, through every crossing.
+// segment's span; one between kNear and kFar, two kept records within 0.001, or a kept record
+// within 0.001 of the end sentinel's parameter (whose part to it would have no type), sends the
+// line the long way, through every crossing.
 struct Rec {
   double param;
   std::uint32_t segment;
@@ -132,6 +133,10 @@ class LineCut {
         for (int j = i; j > 1 && rec[j].param < rec[j - 1].param; --j) std::swap(rec[j], rec[j - 1]);
       for (int i = 1; i + 2 < n; ++i)
         if (!(rec[i + 1].param - rec[i].param > kKvGeLinearTol)) return false;
+      // A kept record within 0.001 of the end sentinel's parameter (on a segment about 1e9
+      // long) would make the last part here one of no type, where the full calculator may have
+      // a dropped crossing after that record and a typed part.
+      if (n > 2 && IsEqual(rec[n - 1].param, rec[n - 2].param, kKvGeLinearTol)) return false;
       // The start sentinel stands for the crossings counted before the segment.
       rec[0].cut += m_Before;
       if (mode == 0)
@@ -156,10 +161,10 @@ class LineCut {
 
   // Walk in mode 0 over the strictly ordered records of the short way: the start sentinel, the
   // kept records on segment 0 (each more than 0.001 beyond the one before) and the end sentinel
-  // on a later segment. Only the last part can have ends within 0.001 of each other (a segment
-  // about 1e9 long reaching the end sentinel's parameter), and clipping is by the parameters
-  // alone: a start no more than 0.001 after the segment's start, and an end no more than 0.001
-  // before its end (the end sentinel always), give way to the segment's ends, as in Walk.
+  // on a later segment, more than 0.001 beyond them all. So no part has ends equal to the
+  // tolerance, and clipping is by the parameters alone: a start no more than 0.001 after the
+  // segment's start, and an end no more than 0.001 before its end (the end sentinel always),
+  // give way to the segment's ends, as in Walk.
   void WalkShort0(const KvGeLine2d& l, const Rec* rec, int n, KvBtDynArray<KvGeLine2d>& out) const {
     const double len = m_Line.l1;
     int written = 0;
@@ -169,7 +174,6 @@ class LineCut {
       if (s > -2) continue;
       const Rec& p = rec[i];
       const Rec& q = rec[i + 1];
-      if (i + 2 == n && IsEqual(q.param, p.param, kKvGeLinearTol)) continue;
       const bool clipStart = !(p.param > kKvGeLinearTol);
       const bool clipEnd = i + 2 == n || !(len - q.param > kKvGeLinearTol);
       const double ta = clipStart ? 0.0 : p.param, tb = clipEnd ? len : q.param;

@@ -219,6 +219,31 @@ TEST(Pieces, MatchTheStepByStepAnswer) {
   EXPECT_EQ(compared, 150 * 40 * 2);
 }
 
+// A segment about 1e9 long enters a region within 0.001 of the parameter 1e9 that the
+// calculator's end sentinel carries, and ends inside it: the part after the entry runs to the
+// region's far edge, beyond the segment, and is clipped to a piece (0.0039 long in the first row),
+// not taken for a part that ends at the sentinel, equal to the tolerance and of no type.
+TEST(Pieces, EntryNearTheEndSentinelsParameterMatchesTheStepByStepAnswer) {
+  const double big = 1e9;
+  struct Row {
+    double entry, length;
+  } rows[] = {{-0.0009, 0.003}, {-0.0011, 0.003}, {0.0009, 0.003}, {-0.0009, -0.0005}, {-0.0009, 0.0}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.entry << " " << row.length);
+    KvGePolygon2dArray region;
+    region.Add(Poly({{big + row.entry, -5}, {big + 10, -5}, {big + 10, 5}, {big + row.entry, 5}}));
+    const KvGeLine2d l(KvGePoint2d(0, 0), KvGePoint2d(big + row.length, 0));
+    KvBtDynArray<KvGeLine2d> fast, slow;
+    for (int mode = 0; mode < 2; ++mode) {
+      ASSERT_EQ(Intersection2d(l, region, fast, mode), SlowPieces(l, region, slow, mode)) << mode;
+      for (int j = 0; j < fast.GetSize(); ++j) {
+        EXPECT_EQ(fast[j].P1().x, slow[j].P1().x);
+        EXPECT_EQ(fast[j].P2().x, slow[j].P2().x);
+      }
+    }
+  }
+}
+
 // Found by the operations fuzz target: an unbounded line nearly along the left edge (a sine of
 // 0.00025) crosses that edge inside it, while the vertex below is reported by the bottom edge
 // alone, so the counts along the line do not return to zero. The last part then ran out to the
