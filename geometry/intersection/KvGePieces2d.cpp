@@ -84,8 +84,8 @@ class LineCut {
   LineCut(const KvGeLine2d& l, bool shortWay, int mode)
       : m_Line(l.P1().x, l.P1().y, l.P2().x, l.P2().y), m_Short(shortWay), m_Mode(mode) {
     // The short way keeps the end sentinel back until its records are sorted.
-    PushSentinel(KvGeIntrPoint2d::kNegInfinity);
-    if (!m_Short) PushSentinel(KvGeIntrPoint2d::kPosInfinity);
+    Push(Sentinels()[0]);
+    if (!m_Short) Push(Sentinels()[1]);
   }
   LineCut(const LineCut&) = delete;
   LineCut& operator=(const LineCut&) = delete;
@@ -120,7 +120,6 @@ class LineCut {
   bool Pieces(const KvGeLine2d& l, KvBtDynArray<KvGeLine2d>& out, int mode) {
     if (m_Short) {
       if (m_Unsure) return false;
-      PushSentinel(KvGeIntrPoint2d::kPosInfinity);
       Rec* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
       const int n = m_Size;
       // The kept records lie between the sentinels (segment 0 and parameters from -0.003, where
@@ -129,20 +128,22 @@ class LineCut {
       // from the next: no two of them are then equal to the tolerant comparison, so every sort
       // by it gives this one order. A kept parameter is never a NaN (Keep lets none through),
       // so on segment 0 the comparison is that of the parameters alone.
-      for (int i = 2; i + 1 < n; ++i)
+      for (int i = 2; i < n; ++i)
         for (int j = i; j > 1 && rec[j].param < rec[j - 1].param; --j) std::swap(rec[j], rec[j - 1]);
-      for (int i = 1; i + 2 < n; ++i)
+      for (int i = 1; i + 1 < n; ++i)
         if (!(rec[i + 1].param - rec[i].param > kKvGeLinearTol)) return false;
       // A kept record within 0.001 of the end sentinel's parameter (on a segment about 1e9
       // long) would make the last part here one of no type, where the full calculator may have
       // a dropped crossing after that record and a typed part.
-      if (n > 2 && IsEqual(rec[n - 1].param, rec[n - 2].param, kKvGeLinearTol)) return false;
+      if (n > 1 && IsEqual(Sentinels()[1].param, rec[n - 1].param, kKvGeLinearTol)) return false;
       // The start sentinel stands for the crossings counted before the segment.
       rec[0].cut += m_Before;
-      if (mode == 0)
+      if (mode == 0) {
         WalkShort0(l, rec, n, out);
-      else
-        Walk(l, rec, n, out, mode);
+      } else {
+        Push(Sentinels()[1]);
+        Walk(l, m_Heap.empty() ? m_Inline : m_Heap.data(), n + 1, out, mode);
+      }
       return true;
     }
     Rec* rec = m_Heap.empty() ? m_Inline : m_Heap.data();
@@ -155,27 +156,34 @@ class LineCut {
  private:
   static constexpr int kInline = 32;
 
-  void PushSentinel(const KvGeIntrPoint2d& p) { Push(p.Param0(), p.Segment0(), p.CutCode1(), p.x, p.y, p.m_bInfinite); }
+  static Rec Sentinel(const KvGeIntrPoint2d& p) {
+    return Rec{p.Param0(), p.Segment0(), p.CutCode1(), p.x, p.y, p.m_bInfinite};
+  }
+  // The records of the start and end sentinels, made once.
+  static const Rec* Sentinels() {
+    static const Rec sentinels[2] = {Sentinel(KvGeIntrPoint2d::kNegInfinity), Sentinel(KvGeIntrPoint2d::kPosInfinity)};
+    return sentinels;
+  }
   static int Size(const KvGePoint2dArray& ring) { return ring.GetSize(); }
   static const KvGePoint2d* Data(const KvGePoint2dArray& ring) { return ring.GetData(); }
 
-  // Walk in mode 0 over the strictly ordered records of the short way: the start sentinel, the
-  // kept records on segment 0 (each more than 0.001 beyond the one before) and the end sentinel
-  // on a later segment, more than 0.001 beyond them all. So no part has ends equal to the
-  // tolerance, and clipping is by the parameters alone: a start no more than 0.001 after the
-  // segment's start, and an end no more than 0.001 before its end (the end sentinel always),
-  // give way to the segment's ends, as in Walk.
+  // Walk in mode 0 over the strictly ordered records rec[0 .. n-1] of the short way: the start
+  // sentinel and the kept records on segment 0 (each more than 0.001 beyond the one before),
+  // followed by the end sentinel (not stored) on a later segment, more than 0.001 beyond them
+  // all. So no part has ends equal to the tolerance, and clipping is by the parameters alone: a
+  // start no more than 0.001 after the segment's start, and an end no more than 0.001 before its
+  // end (the end sentinel always), give way to the segment's ends, as in Walk.
   void WalkShort0(const KvGeLine2d& l, const Rec* rec, int n, KvBtDynArray<KvGeLine2d>& out) const {
     const double len = m_Line.l1;
     int written = 0;
     int s = 0;
-    for (int i = 0; i + 1 < n; ++i) {
+    for (int i = 0; i < n; ++i) {
       s += rec[i].cut;
       if (s > -2) continue;
       const Rec& p = rec[i];
-      const Rec& q = rec[i + 1];
+      const Rec& q = rec[i + 1 < n ? i + 1 : i];  // the end sentinel's point is never read
       const bool clipStart = !(p.param > kKvGeLinearTol);
-      const bool clipEnd = i + 2 == n || !(len - q.param > kKvGeLinearTol);
+      const bool clipEnd = i + 1 == n || !(len - q.param > kKvGeLinearTol);
       const double ta = clipStart ? 0.0 : p.param, tb = clipEnd ? len : q.param;
       if (!(tb - ta > kKvGeLinearTol)) continue;
       Write(clipStart ? l.P1().x : p.x, clipStart ? l.P1().y : p.y, clipStart ? l.P1().m_bInfinite : p.infinite,
@@ -303,22 +311,6 @@ class LineCut {
       m_Inline[m_Size++] = r;
     else
       Spill(r);
-  }
-  // Field by field, for the sentinels: a record built from the global ones on the stack and
-  // copied whole would be read back by wide loads from narrower stores just made, which the
-  // processor cannot forward.
-  void Push(double param, std::uint32_t segment, int cut, double x, double y, int infinite) {
-    if (m_Size < kInline) {
-      Rec& r = m_Inline[m_Size++];
-      r.param = param;
-      r.segment = segment;
-      r.cut = cut;
-      r.x = x;
-      r.y = y;
-      r.infinite = infinite;
-    } else {
-      Spill(Rec{param, segment, cut, x, y, infinite});
-    }
   }
   // Beyond the inline storage.
   KVGE_PIECES_COLD void Spill(const Rec& r) {
