@@ -297,7 +297,7 @@ class LineCut {
                     int& written) {
     if (written >= out.GetSize()) {
       out.SetSize(written + 1);
-      if (written >= out.GetSize()) return;  // out of memory: the piece is lost, as with Add
+      if (written >= out.GetSize()) return;  // out of memory: the piece is lost, as Add would lose it
     }
     KvGeLine2d& piece = out.GetData()[written];
     piece.P1().Set(ax, ay, ainf);
