@@ -266,7 +266,8 @@ class LineCut {
     using KvGeDetail::FirstLine;
     const double band = FirstLine::kSideBand * a.l1;
     // One end beyond the band on each side (the sides are numbers: line and ends are plain).
-    if (!((FirstLine::Min(hs, he) < -band) & (FirstLine::Max(hs, he) > band))) return false;
+    const double lower = FirstLine::Min(hs, he), upper = FirstLine::Max(hs, he);
+    if (!((lower < -band) & (upper > band))) return false;
     const double d2x = e.x - s.x, d2y = e.y - s.y;
     const double c = a.d1x * d2y - d2x * a.d1y;
     // Surely beyond the parallel band of a sine of 1e-6, as the full calculator tests it.
