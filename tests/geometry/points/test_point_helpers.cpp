@@ -50,6 +50,9 @@ TEST(PointHelpers, AgreeWithTheFunctionsTheyForwardTo) {
     SubPnt(k.a, k.b, difference);
     MulPnt(k.a, 2.5, scaled);
     EXPECT_TRUE(Same(sum, k.a + k.b) && Same(difference, k.a - k.b) && Same(scaled, k.a * 2.5));
+    Q set = k.a;
+    SetPoint(set, -2.5);  // all three coordinates, and an ordinary point even from one at infinity
+    EXPECT_TRUE(Same(set, Q(-2.5, -2.5, -2.5)));
     EXPECT_NEAR(Angle(k.a, k.c).Rad(), Angle2d(k.a, k.c).Rad(), 1e-9);
     EXPECT_NEAR(Distance(k.a, k.c), Distance2d(k.a, k.c), 1e-9);
     EXPECT_NEAR(LineLen3(k.a, k.c), Distance3d(k.a, k.c), 1e-9);
