@@ -4,6 +4,10 @@
 #include <cstdint>
 #include <vector>
 
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#endif
+
 #include "basics/companion/KvBtCompare.h"
 #include "basics/companion/KvTlPermVector.h"
 #include "geometry/intersection/KvGeDistance2d.h"
@@ -188,6 +192,56 @@ unsigned short EdgesContainment(const KvGePoint2dArray& tested, int closed, cons
   return bits;
 }
 
+// The index of the lowest set bit of a non-zero mask.
+inline int LowestBit(std::uint64_t mask) {
+#if defined(__GNUC__) || defined(__clang__)
+  return __builtin_ctzll(mask);
+#else
+  int i = 0;
+  while (!(mask & 1)) {
+    mask >>= 1;
+    ++i;
+  }
+  return i;
+#endif
+}
+
+// Calls f(i), in increasing i, for each edge i of the ring v[0..n) (from v[i] to v[i + 1], the
+// last back to v[0]) that is not wholly above top or wholly below bottom; stops as soon as f
+// answers false. A vertex that is not a number is neither above nor below, so its edges are
+// always visited. The vertices are classed in blocks of 64 into two bit masks, two at a time
+// where SSE2 is there: a branch per edge cost more than the whole classing, and the edges
+// that remain are found by their bits.
+template <class F>
+void ForEdgesAcross(const KvGePoint2d* v, int n, double top, double bottom, F f) {
+#if defined(__SSE2__) || defined(_M_X64)
+  const __m128d topv = _mm_set1_pd(top), bottomv = _mm_set1_pd(bottom);
+#endif
+  for (int base = 0; base < n; base += 64) {
+    const int m = n - base < 64 ? n - base : 64;
+    const KvGePoint2d* w = v + base;
+    std::uint64_t above = 0, below = 0;
+    int j = 0;
+#if defined(__SSE2__) || defined(_M_X64)
+    for (; j + 1 < m; j += 2) {
+      const __m128d y = _mm_loadh_pd(_mm_load_sd(&w[j].y), &w[j + 1].y);
+      above |= static_cast<std::uint64_t>(_mm_movemask_pd(_mm_cmplt_pd(topv, y))) << j;
+      below |= static_cast<std::uint64_t>(_mm_movemask_pd(_mm_cmplt_pd(y, bottomv))) << j;
+    }
+#endif
+    for (; j < m; ++j) {
+      above |= static_cast<std::uint64_t>(w[j].y > top) << j;
+      below |= static_cast<std::uint64_t>(w[j].y < bottom) << j;
+    }
+    const double next = v[base + m == n ? 0 : base + m].y;
+    const std::uint64_t aboveNext = (above >> 1) | (static_cast<std::uint64_t>(next > top) << (m - 1));
+    const std::uint64_t belowNext = (below >> 1) | (static_cast<std::uint64_t>(next < bottom) << (m - 1));
+    const std::uint64_t all = m == 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << m) - 1;
+    for (std::uint64_t left = ~((above & aboveNext) | (below & belowNext)) & all; left != 0; left &= left - 1)
+      if (!f(base + LowestBit(left))) return;
+  }
+}
+
 // Feeds the cuts of the polygon's edges to sink, with the boundary test first on each edge near
 // p: 2 when p lies within 0.001 of an edge, 0 when sink gave up, 1 when all edges were fed.
 template <class Sink>
@@ -195,7 +249,6 @@ int ScanPolygon(const KvGePolygon2d& poly, double px, double py, Sink& sink) {
   const int n = poly.GetSize();
   const KvGePoint2d* v = poly.GetData();
   if (n <= 0) return 1;
-  const double top = py + kBoxBand, bottom = py - kBoxBand;
   // 2 when p lies within 0.001 of the edge s-e, 0 when sink gave up, 1 otherwise.
   const auto edge = [&](const KvGePoint2d& s, const KvGePoint2d& e) {
     if (!(((s.x - px > kBoxBand) & (e.x - px > kBoxBand)) | ((px - s.x > kBoxBand) & (px - e.x > kBoxBand))) &&
@@ -206,24 +259,13 @@ int ScanPolygon(const KvGePolygon2d& poly, double px, double py, Sink& sink) {
     return CutEdge(s, e, py, x, cut) && !sink.Add(x, cut) ? 0 : 1;
   };
   // An edge wholly above or below the band can neither be near p nor be cut by the scan line:
-  // both its ends then lie more than 0.001 off the line, on the same side. Each vertex is classed
-  // once and its class carried to the next edge; an end that is not a number is neither above
-  // nor below, so its edges are never skipped. One branch per edge, taken unpredictably on a
-  // ragged outline.
-  const bool firstAbove = v[0].y > top, firstBelow = v[0].y < bottom;
-  bool sAbove = firstAbove, sBelow = firstBelow;
-  for (int i = 0; i + 1 < n; ++i) {
-    const double ey = v[i + 1].y;
-    const bool eAbove = ey > top, eBelow = ey < bottom;
-    const bool skip = (sAbove & eAbove) | (sBelow & eBelow);
-    sAbove = eAbove;
-    sBelow = eBelow;
-    if (skip) continue;
-    const int r = edge(v[i], v[i + 1]);
-    if (r != 1) return r;
-  }
-  if ((sAbove & firstAbove) | (sBelow & firstBelow)) return 1;
-  return edge(v[n - 1], v[0]);
+  // both its ends then lie more than 0.001 off the line, on the same side.
+  int result = 1;
+  ForEdgesAcross(v, n, py + kBoxBand, py - kBoxBand, [&](int i) {
+    result = edge(v[i], v[i + 1 == n ? 0 : i + 1]);
+    return result == 1;
+  });
+  return result;
 }
 
 // The cuts of all edges of all rings of the set; 0 when sink gave up.
@@ -234,11 +276,15 @@ int ScanSet(const KvGePolygon2dArray& set, double py, Sink& sink) {
     const KvGePolygon2d& poly = set.GetData()[j];
     const int n = poly.GetSize();
     const KvGePoint2d* v = poly.GetData();
-    for (int i = 0; i < n; ++i) {
+    // An edge with both ends more than 0.0015 above the line, or both below, is not cut.
+    bool fed = true;
+    ForEdgesAcross(v, n, py + kBoxBand, py - kBoxBand, [&](int i) {
       double x;
       int cut;
-      if (CutEdge(v[i], v[i + 1 == n ? 0 : i + 1], py, x, cut) && !sink.Add(x, cut)) return 0;
-    }
+      fed = !CutEdge(v[i], v[i + 1 == n ? 0 : i + 1], py, x, cut) || sink.Add(x, cut);
+      return fed;
+    });
+    if (!fed) return 0;
   }
   return 1;
 }
