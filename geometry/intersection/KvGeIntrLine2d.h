@@ -23,6 +23,11 @@
 /// See docs/non-finite-policy.md.
 
 #include <cmath>
+#include <cstddef>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#endif
 
 #include "basics/UtilityGeometryExport.h"
 #include "geometry/curves/KvGeCircle2d.h"
@@ -31,6 +36,23 @@
 #include "geometry/points/KvGePoint2d.h"
 #include "geometry/points/KvGePoint2dArray.h"
 #include "geometry/points/KvGePoint3d.h"
+
+/// \cond
+// For this header only. KVGE_ALWAYS_INLINE keeps the edge scan over rings in the function that
+// calls it, and KVGE_LAMBDA_INLINE keeps its step for an edge that may cross (called from two
+// places) in the scan's loop: GCC would otherwise make each a function of its own, whose calls
+// cost the scan more than the step, as the line's numbers then go through memory on every edge.
+#if defined(__GNUC__) || defined(__clang__)
+#define KVGE_ALWAYS_INLINE __attribute__((always_inline)) inline
+#define KVGE_LAMBDA_INLINE __attribute__((always_inline))
+#elif defined(_MSC_VER)
+#define KVGE_ALWAYS_INLINE __forceinline
+#define KVGE_LAMBDA_INLINE
+#else
+#define KVGE_ALWAYS_INLINE inline
+#define KVGE_LAMBDA_INLINE
+#endif
+/// \endcond
 
 namespace KvGeDetail {
 
@@ -190,9 +212,9 @@ struct EdgeScan {
   /// crosses (edge bounded, the line bounded when segment is non-zero), in edge order. Edges
   /// that could not cross are skipped without a square root: both ends beyond the side band
   /// suffice where the line and the edge lie within kPlainRange of the origin; farther out
-  /// SkipEdge also weighs the rounding. Each edge that may cross is first offered to taken(a,
-  /// hs, he, s, e, plain) (the line, the ends' sides, the ends, and whether line and ends lie
-  /// within kPlainRange); when it answers true the caller has dealt with that edge.
+  /// SkipEdge also weighs the rounding. An edge whose ends lie within kPlainRange, as the line
+  /// does, and beyond the side band on opposite sides is first offered to taken(a, s, e) (the
+  /// line and the ends); when it answers true the caller has dealt with that edge.
   template <class Add, class Taken>
   void Cross(int segment, const KvGePoint2d* v, int n, Add& add, Taken& taken) const {
     Cross(
@@ -203,7 +225,8 @@ struct EdgeScan {
   /// give their vertices. The line's numbers are held in locals across the rings, so that
   /// nothing the callbacks store can make the compiler read them again for every vertex.
   template <class Ring, class Size, class Data, class Add, class Taken>
-  void Cross(int segment, const Ring* first, const Ring* last, Size&& size, Data&& data, Add& add, Taken& taken) const {
+  KVGE_ALWAYS_INLINE void Cross(int segment, const Ring* first, const Ring* last, Size&& size, Data&& data, Add& add,
+                                Taken& taken) const {
     if (none) return;
     const double px = a.p1x, py = a.p1y, dx = a.d1x, dy = a.d1y, hi = band, lo = -band, lim = range;
     // FirstLine::Side, on the locals.
@@ -212,26 +235,42 @@ struct EdgeScan {
       const double ax = std::fabs(p.x), ay = std::fabs(p.y);
       return (ax < ay ? ay : ax) <= lim;  // not a number fails
     };
-    // A vertex's side where it lies within the range, else 0, which passes over no edge.
-    const auto plainSide = [&](const KvGePoint2d& p) { return near(p) ? side(p) : 0.0; };
-    // Both ends beyond the band on one side (a - b > 0 exactly when a > b).
-    const auto beside = [hi, lo](double g, double h) {
-      const double mn = g < h ? g : h, mx = g < h ? h : g;
-      const double over = mn - hi, under = lo - mx;
-      return (over < under ? under : over) > 0.0;
+    // A vertex's side g where it lies within the range, else 0, which passes over no edge, and
+    // its class: 1 beyond the band to the left (g > hi), 2 to the right (g < lo), else 0. An
+    // edge whose ends share a class lies beside the line; one with classes 1 and 2 has plain
+    // ends on opposite sides.
+#if defined(__SSE2__) || defined(_M_X64)
+    // Two lanes, x and y, the same operations: dx (y - py) + (-dy) (x - px) is the side bit for
+    // bit (the negation and the sum are exact), and g > hi, -g > hi are the two classes.
+    static_assert(offsetof(CoordData<2>, y) == offsetof(CoordData<2>, x) + sizeof(double), "x and y adjacent");
+    const __m128d origin = _mm_set_pd(py, px), normal = _mm_set_pd(dx, -dy), limit = _mm_set1_pd(lim),
+                  bound = _mm_set1_pd(hi), flip = _mm_set_pd(-0.0, 0.0),
+                  magnitude = _mm_castsi128_pd(_mm_set1_epi64x(0x7fffffffffffffffLL));
+    const auto classify = [&](const KvGePoint2d& p, double& g) {
+      const __m128d xy = _mm_loadu_pd(&p.x);
+      const __m128d in = _mm_cmple_pd(_mm_and_pd(xy, magnitude), limit);
+      const __m128d m = _mm_mul_pd(_mm_sub_pd(xy, origin), normal);
+      const __m128d gv = _mm_and_pd(_mm_add_sd(_mm_unpackhi_pd(m, m), m), _mm_and_pd(in, _mm_shuffle_pd(in, in, 1)));
+      g = _mm_cvtsd_f64(gv);
+      return static_cast<unsigned>(_mm_movemask_pd(_mm_cmpgt_pd(_mm_xor_pd(_mm_unpacklo_pd(gv, gv), flip), bound)));
     };
-    // An edge the loop could not pass over, from the ends' plain sides (a side of 0 is
-    // computed again: the vertex may lie out of range).
-    const auto edge = [&](int i, const KvGePoint2d& s, const KvGePoint2d& e, double gs, double ge) {
-      if (gs != 0.0 && ge != 0.0) {
-        // Both ends plain, and the loop found them not beside the line on one side.
-        if (taken(a, gs, ge, s, e, true)) return;
-      } else {
+#else
+    const auto classify = [&](const KvGePoint2d& p, double& g) {
+      g = near(p) ? side(p) : 0.0;
+      return static_cast<unsigned>(g > hi) | (static_cast<unsigned>(g < lo) << 1);
+    };
+#endif
+    // An edge the loop could not pass over, from the ends' plain sides and classes (a side of 0
+    // is computed again: the vertex may lie out of range).
+    const auto edge = [&](int i, const KvGePoint2d& s, const KvGePoint2d& e, double gs, double ge, unsigned cs,
+                          unsigned ce) KVGE_LAMBDA_INLINE {
+      if ((cs | ce) == 3) {
+        if (taken(a, s, e)) return;
+      } else if (gs == 0.0 || ge == 0.0) {
         const double hs = gs != 0.0 ? gs : side(s), he = ge != 0.0 ? ge : side(e);
         const bool plain = (gs != 0.0 || near(s)) && (ge != 0.0 || near(e));
         if (((hs > hi) & (he > hi)) | ((hs < lo) & (he < lo)))
           if (plain || a.SkipEdge(hs, he, s.x, s.y, e.x, e.y)) return;
-        if (taken(a, hs, he, s, e, plain)) return;
       }
       Crossing c;
       if (CrossLines(a, segment, s.x, s.y, e.x, e.y, 1, c)) add(c, i);
@@ -240,14 +279,18 @@ struct EdgeScan {
       const KvGePoint2d* v = data(*ring);
       const int n = size(*ring);
       if (n <= 0) continue;
-      const double g0 = plainSide(v[0]);
+      double g0;
+      const unsigned c0 = classify(v[0], g0);
       double gs = g0;
+      unsigned cs = c0;
       for (int i = 0; i + 1 < n; ++i) {
-        const double ge = plainSide(v[i + 1]);
-        if (!beside(gs, ge)) edge(i, v[i], v[i + 1], gs, ge);
+        double ge;
+        const unsigned ce = classify(v[i + 1], ge);
+        if (!(cs & ce)) edge(i, v[i], v[i + 1], gs, ge, cs, ce);
         gs = ge;
+        cs = ce;
       }
-      if (!beside(gs, g0)) edge(n - 1, v[n - 1], v[0], gs, g0);
+      if (!(cs & c0)) edge(n - 1, v[n - 1], v[0], gs, g0, cs, c0);
     }
   }
 
@@ -270,12 +313,14 @@ void CrossClosedSequence(const FirstLine& a, int segment, const KvGePoint2d* v, 
 /// Every crossing, as above, with no edge taken by the caller.
 template <class Add>
 void CrossClosedSequence(const KvGeLine2d& l, const KvGePoint2d* v, int n, Add&& add) {
-  CrossClosedSequence(
-      FirstLine(l.P1().x, l.P1().y, l.P2().x, l.P2().y), l.Segment(), v, n, add,
-      [](const FirstLine&, double, double, const KvGePoint2d&, const KvGePoint2d&, bool) { return false; });
+  CrossClosedSequence(FirstLine(l.P1().x, l.P1().y, l.P2().x, l.P2().y), l.Segment(), v, n, add,
+                      [](const FirstLine&, const KvGePoint2d&, const KvGePoint2d&) { return false; });
 }
 
 }  // namespace KvGeDetail
+
+#undef KVGE_ALWAYS_INLINE
+#undef KVGE_LAMBDA_INLINE
 
 /// Crosses p1-p2 with q1-q2. On a degenerate or parallel pair 0, s untouched. Otherwise s is the
 /// crossing of the infinite lines (an ordinary point) and, with segments 0, the result is +1

@@ -103,13 +103,12 @@ class LineCut {
     };
     const KvGeDetail::EdgeScan scan(m_Line);
     if (m_Short) {
-      auto take = [this](const KvGeDetail::FirstLine& a, double hs, double he, const KvGePoint2d& s,
-                         const KvGePoint2d& e, bool plain) { return plain && TakeStraddling(a, hs, he, s, e); };
+      auto take = [this](const KvGeDetail::FirstLine& a, const KvGePoint2d& s, const KvGePoint2d& e) {
+        return TakeStraddling(a, s, e);
+      };
       scan.Cross(0, first, last, Size, Data, add, take);
     } else {
-      auto none = [](const KvGeDetail::FirstLine&, double, double, const KvGePoint2d&, const KvGePoint2d&, bool) {
-        return false;
-      };
+      auto none = [](const KvGeDetail::FirstLine&, const KvGePoint2d&, const KvGePoint2d&) { return false; };
       scan.Cross(0, first, last, Size, Data, add, none);
     }
     return !m_Unsure;
@@ -254,20 +253,14 @@ class LineCut {
   }
 
   // An edge whose ends lie on opposite sides beyond the side band, line and edge within the
-  // plain range, and not parallel by a clear margin, is crossed here rather than by CrossLines:
-  // its crossing lies more than 0.0011 inside the edge whatever the rounding (the argument of
-  // SkipEdge), so its end code is 0 and its cut twice its sense, and the edge's length, the
-  // parallel test's quotient and the parameter along the edge need not be computed. The
-  // crossing point and its parameter along the line are computed by the same operations as in
-  // CrossLines, so the record is the same bit for bit; Keep then counts, drops or keeps it.
-  // false leaves the edge to CrossLines.
-  bool TakeStraddling(const KvGeDetail::FirstLine& a, double hs, double he, const KvGePoint2d& s,
-                      const KvGePoint2d& e) {
-    using KvGeDetail::FirstLine;
-    const double band = FirstLine::kSideBand * a.l1;
-    // One end beyond the band on each side (the sides are numbers: line and ends are plain).
-    const double lower = FirstLine::Min(hs, he), upper = FirstLine::Max(hs, he);
-    if (!((lower < -band) & (upper > band))) return false;
+  // plain range (the edges the scan offers), and not parallel by a clear margin, is crossed
+  // here rather than by CrossLines: its crossing lies more than 0.0011 inside the edge whatever
+  // the rounding (the argument of SkipEdge), so its end code is 0 and its cut twice its sense,
+  // and the edge's length, the parallel test's quotient and the parameter along the edge need
+  // not be computed. The crossing point and its parameter along the line are computed by the
+  // same operations as in CrossLines, so the record is the same bit for bit; Keep then counts,
+  // drops or keeps it. false leaves the edge to CrossLines.
+  bool TakeStraddling(const KvGeDetail::FirstLine& a, const KvGePoint2d& s, const KvGePoint2d& e) {
     const double d2x = e.x - s.x, d2y = e.y - s.y;
     const double c = a.d1x * d2y - d2x * a.d1y;
     // Surely beyond the parallel band of a sine of 1e-6, as the full calculator tests it.
