@@ -82,7 +82,12 @@ class LineCut {
  public:
   // shortWay: try the short way (a bounded line).
   LineCut(const KvGeLine2d& l, bool shortWay, int mode)
-      : m_Line(l.P1().x, l.P1().y, l.P2().x, l.P2().y), m_Short(shortWay), m_Mode(mode) {
+      : m_Line(l.P1().x, l.P1().y, l.P2().x, l.P2().y),
+        m_Short(shortWay),
+        m_Mode(mode),
+        m_DropAfter(mode == 0 ? m_Line.l1 + kFar : HUGE_VAL),
+        m_KeepTo(mode == 0 ? m_Line.l1 + kNear : HUGE_VAL),
+        m_Parallel(1.000001e-12 * (m_Line.l1 * m_Line.l1)) {
     // The short way keeps the end sentinel back until its records are sorted.
     Push(Sentinels()[0]);
     if (!m_Short) Push(Sentinels()[1]);
@@ -244,8 +249,8 @@ class LineCut {
     const double t = r.param;
     if (t < -kFar) {
       m_Before += r.cut;
-    } else if (m_Mode == 0 && t > m_Line.l1 + kFar) {
-    } else if (t >= -kNear && (m_Mode != 0 || t <= m_Line.l1 + kNear)) {
+    } else if (t > m_DropAfter) {
+    } else if (t >= -kNear && t <= m_KeepTo) {
       Push(r);
     } else {
       m_Unsure = true;
@@ -264,7 +269,7 @@ class LineCut {
     const double d2x = e.x - s.x, d2y = e.y - s.y;
     const double c = a.d1x * d2y - d2x * a.d1y;
     // Surely beyond the parallel band of a sine of 1e-6, as the full calculator tests it.
-    if (!(c * c > 1.000001e-12 * (a.l1 * a.l1) * (d2x * d2x + d2y * d2y))) return false;
+    if (!(c * c > m_Parallel * (d2x * d2x + d2y * d2y))) return false;
     const double k2 = s.x * e.y - s.y * e.x;
     const double f = 1.0 / c;
     // Finite without a test: c * c did not underflow, so |f| < 1e162, and with coordinates
@@ -320,6 +325,11 @@ class LineCut {
   const KvGeDetail::FirstLine m_Line;
   bool m_Short;
   int m_Mode;
+  // Keep's bounds beyond the end: nothing is dropped in mode non-zero, nor is a kept record
+  // bounded there.
+  double m_DropAfter, m_KeepTo;
+  // The parallel test's factor, 1.000001e-12 l1^2 (the product as TakeStraddling formed it).
+  double m_Parallel;
   bool m_Unsure = false;
   int m_Before = 0;
   int m_Size = 0;
