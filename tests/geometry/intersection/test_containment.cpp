@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <random>
 #include <vector>
@@ -265,6 +266,27 @@ TEST(Containment, ManyCrossingsMatchTheStepByStepAnswer) {
       ASSERT_EQ(Containment(p, comb), SlowContainment(p, one, true)) << shape << " " << k;
       ASSERT_EQ(Containment(p, holed), SlowContainment(p, holed, false)) << shape << " " << k;
     }
+  }
+}
+
+// Rings of 63 to 129 vertices, whose vertices are classed against the scan line in blocks of
+// 64: every edge across a block's end, the closing edge included, must still be visited.
+// Points level with vertices (exactly and 0.0012 off) and between them.
+TEST(Containment, RingsAcrossVertexBlocksMatchTheStepByStepAnswer) {
+  for (const int n : {63, 64, 65, 127, 128, 129}) {
+    KvGePolygon2d ring;
+    for (int i = 0; i < n; ++i) {
+      const double a = 6.283185307179586 * i / n, r = i % 2 ? 10.0 : 7.0;
+      ring.Add(KvGePoint2d(r * std::cos(a), r * std::sin(a)));
+    }
+    const KvGePolygon2dArray set{ring};
+    for (int i = 0; i < n; ++i)
+      for (const double dy : {0.0, 0.0012, -0.0012, 0.3})
+        for (const double x : {-9.5, -6.0, -1.0, 0.5, 6.5, 9.9}) {
+          const KvGePoint2d p(x, ring[i].y + dy);
+          ASSERT_EQ(Containment(p, ring), SlowContainment(p, set, true)) << n << " " << i << " " << x << " " << dy;
+          ASSERT_EQ(Containment(p, set), SlowContainment(p, set, false)) << n << " " << i << " " << x << " " << dy;
+        }
   }
 }
 
