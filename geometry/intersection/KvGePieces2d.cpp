@@ -84,7 +84,6 @@ class LineCut {
   LineCut(const KvGeLine2d& l, bool shortWay, int mode)
       : m_Line(l.P1().x, l.P1().y, l.P2().x, l.P2().y),
         m_Short(shortWay),
-        m_Mode(mode),
         m_DropAfter(mode == 0 ? m_Line.l1 + kFar : HUGE_VAL),
         m_KeepTo(mode == 0 ? m_Line.l1 + kNear : HUGE_VAL),
         m_Parallel(1.000001e-12 * (m_Line.l1 * m_Line.l1)) {
@@ -324,7 +323,6 @@ class LineCut {
   // The unbounded copy of the line, measured once for all rings.
   const KvGeDetail::FirstLine m_Line;
   bool m_Short;
-  int m_Mode;
   // Keep's bounds beyond the end: nothing is dropped in mode non-zero, nor is a kept record
   // bounded there.
   double m_DropAfter, m_KeepTo;
