@@ -269,13 +269,9 @@ TEST(Wkt, ReadingOrientsShellsCounterClockwiseAndHolesClockwise) {
   // A clockwise shell and a counter-clockwise hole, closed and written in lower case.
   ASSERT_EQ(KvGeReadWkt("\tpolygon((0 0,0 10,10 10,10 0,0 0),(2 2,4 2,4 4,2 4,2 2))\n", region), 1);
   ASSERT_EQ(region.GetSize(), 2);
-  EXPECT_GT(region[0].Area(), 0.0);
-  EXPECT_LT(region[1].Area(), 0.0);
-  EXPECT_EQ(region[0].GetSize(), 4);         // the closing point is dropped
-  EXPECT_TRUE(Bits(region[0][0], P(0, 0)));  // the first vertex stays first
-  EXPECT_TRUE(Bits(region[0][1], P(10, 0)));
-  EXPECT_TRUE(Bits(region[1][0], P(2, 2)));
-  EXPECT_TRUE(Bits(region[1][1], P(2, 4)));
+  EXPECT_EQ(region[0].GetSize(), 4);  // the closing point is dropped
+  // Both rings turned, each first vertex staying first; the writer keeps the order it is given.
+  EXPECT_EQ(KvGeWriteWkt(region), "POLYGON ((0 0, 10 0, 10 10, 0 10, 0 0), (2 2, 2 4, 4 4, 4 2, 2 2))");
 
   KvGePolygon2d ring;
   ASSERT_EQ(KvGeReadWkt("POLYGON ((0 0, 0 1, 1 0))", ring), 1);  // unclosed, clockwise
