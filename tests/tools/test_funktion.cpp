@@ -103,13 +103,19 @@ TEST(Funktion, SegmentWithConstantAndItsLimits) {
   check("not finite", F(NAN, 1, 3, 1, 5), 1, 5);
   check("the whole range", F(-1e9, 1, 1e9, 3, 5), 1, 1);
 
-  // A segment of 0.001 or less is stored as given, and both searches pass over it at its ends.
+  // A segment of 0.001 or less is stored as given, and both searches pass over it at its ends. A
+  // bound that falls onto its start leaves a kept part that still meets the constant before it.
   for (const F& sliver : {F(5, 1, 5.0005, 3, 7), F(5, 1, 5, 3, 7)}) {
+    SCOPED_TRACE(sliver.Pieces()[2].x0);
     EXPECT_EQ(sliver.Pieces().GetSize(), 3);
     ExpectWellFormed(sliver, -1e9, 1e9, -1);
     ExpectSides(sliver, 5, 7, 7);
     ExpectSides(sliver, 5.0005, 7, 7);
     EXPECT_NEAR(sliver.Integral(0, 10), 70 - 7 * (sliver.Pieces()[2].x0 - 5), 1e-9);  // its width adds nothing
+    F kept = sliver;
+    kept.RestrictX(5.0002, 8, 0);
+    ExpectWellFormed(kept, -1e9, 1e9, -1);
+    ExpectSides(kept, 6, 7, 7);
   }
 }
 
@@ -271,14 +277,6 @@ TEST(Funktion, RestrictionsInXAndY) {
   ExpectWellFormed(snapped);
   ExpectSides(snapped, 10, -1, 5);
   EXPECT_TRUE(F(Profile()).RestrictX(3, 3.0009, 2) == F(2));
-  // A bound that falls onto the start of a sliver left by Set: the kept part still meets the
-  // constant before it.
-  for (const F& sliver : {F(5, 1, 5.0005, 3, 7), F(5, 1, 5, 3, 7)}) {
-    F kept = sliver;
-    kept.RestrictX(5.0002, 8, 0);
-    ExpectWellFormed(kept, -1e9, 1e9, -1);
-    ExpectSides(kept, 6, 7, 7);
-  }
 
   const F ramp(0, 0, 10, 10, 0);
   F clamped = ramp;
